@@ -1,0 +1,19 @@
+# What presets ask for: warnings as errors, sanitizers, coverage. A user's build has none of it.
+option(ZUTARNEX_WARNINGS "Compile with the project's warnings, as errors" OFF)
+set(ZUTARNEX_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize= (address,undefined or thread)")
+option(ZUTARNEX_COVERAGE "Instrument for coverage" OFF)
+
+if(ZUTARNEX_WARNINGS)
+    add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+endif()
+if(ZUTARNEX_SANITIZE)
+    add_compile_options(-fsanitize=${ZUTARNEX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${ZUTARNEX_SANITIZE})
+    # The interceptors make the sanitizer's runtime the caller of dlopen; only an old-style RPATH of the executable
+    # is still searched then.
+    add_link_options(-Wl,--disable-new-dtags)
+endif()
+if(ZUTARNEX_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()
