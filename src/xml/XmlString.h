@@ -106,6 +106,10 @@ public:
     static void operator delete[](void* block, void* place) noexcept;
 
 private:
+    void copyIntoBuffer(const XmlString& other) noexcept;
+    void share(const XmlString& other) noexcept;
+    void append(const unsigned short* s, std::uint32_t n);
+
     unsigned short* data_;
     std::uint32_t capacity_;
     std::uint32_t size_;
