@@ -11,8 +11,8 @@ namespace Quillon::Runtime {
 
 /// A table of message texts, keyed by 32-bit codes: eight words on a 32-bit platform.
 struct MessageTable {
-    std::uint32_t count;       ///< how many messages
-    std::uint32_t facility;    ///< the upper 16 bits of every code
+    std::uint32_t count;        ///< how many messages
+    std::uint32_t facility;     ///< the upper 16 bits of every code
     const std::uint32_t* codes; ///< `count` codes, ended by 0xFFFFFFFF
     const char* const* names;   ///< `count` symbolic names
     const char* const* formats; ///< `count` printf formats
@@ -29,8 +29,8 @@ struct MessageTable {
 struct HostServices {
     void* (*allocate)(std::size_t bytes);                                ///< null when out of memory
     void* (*allocateZeroed)(std::size_t count, std::size_t elementSize); ///< null when out of memory
-    void* (*resize)(void* block, std::size_t bytes);                     ///< null: out of memory, `block` is kept
-    void (*release)(void* block);                                        ///< null is allowed
+    void* (*resize)(void* block, std::size_t bytes); ///< null: out of memory, `block` is kept
+    void (*release)(void* block);                    ///< null is allowed
 
     /// Prints to the host's standard output, as vprintf.
     int (*print)(const char* format, std::va_list arguments);
@@ -47,7 +47,7 @@ struct HostServices {
 
     void (*fatalError)(int code, const char* text); ///< ends the process; does not return
     void (*panic)(int status);                      ///< ends the process; does not return
-    void (*unexpected)();                           ///< an exception left a guarded operation; does not return
+    void (*unexpected)(); ///< an exception left a guarded operation; does not return
 };
 
 /// The table in force: the default until `setHostServices` has replaced it.
@@ -63,7 +63,9 @@ ZUTARNEX_API const HostServices& defaultHostServices() noexcept;
 ZUTARNEX_API void setHostServices(const HostServices& services) noexcept;
 
 /// Frees a buffer that an operation of this library returned and documented as the host's.
-inline void release(void* block) noexcept { hostServices().release(block); }
+inline void release(void* block) noexcept {
+    hostServices().release(block);
+}
 
 } // namespace Quillon::Runtime
 

@@ -7,6 +7,8 @@
 
 namespace Quillon::Runtime {
 
+class Iconv;
+
 /// Recodes a stream of bytes, piece by piece, from an encoding that iconv knows to UTF-8.
 ///
 /// Ownership: holds one iconv descriptor from `open` to `close` or destruction; not copyable.
@@ -14,7 +16,7 @@ namespace Quillon::Runtime {
 class ZUTARNEX_API StreamDecoder {
 public:
     enum class Status {
-        InputUsed,  ///< all input was consumed, but for the start of a character that the next piece completes
+        InputUsed, ///< all input was consumed, but for the start of a character that the next piece completes
         OutputFull, ///< call again with more room
         IllFormed   ///< the bytes at `*input` are no character of the encoding
     };
@@ -24,17 +26,19 @@ public:
     StreamDecoder& operator=(const StreamDecoder&) = delete;
     ~StreamDecoder();
 
-    /// False when iconv lacks the encoding; the decoder is then closed.
+    /// False when iconv lacks the encoding, or the name is none (a letter, then letters, digits, `.`, `_`, `-`), or
+    /// there is no memory; the decoder is then closed.
     bool open(const char* encodingName) noexcept;
     bool isOpen() const noexcept;
     void close() noexcept;
 
     /// Converts from [*input, *input + *inputBytes) to [*output, *output + *outputBytes) and advances all four.
-    /// An incomplete character at the end of the input is left unconsumed.
-    Status decode(const char** input, std::size_t* inputBytes, char** output, std::size_t* outputBytes) noexcept;
+    /// An incomplete character at the end of the input is left unconsumed. REQUIRES: isOpen().
+    Status decode(const char** input, std::size_t* inputBytes, char** output,
+                  std::size_t* outputBytes) noexcept;
 
 private:
-    void* descriptor_ = nullptr;
+    Iconv* iconv_ = nullptr;
 };
 
 } // namespace Quillon::Runtime

@@ -65,8 +65,12 @@ constexpr std::size_t kPlain = alignof(std::max_align_t);
 
 } // namespace
 
-AllocationSource& hostMemory() noexcept { return hostSource; }
-AllocationSource& newMemory() noexcept { return newSource; }
+AllocationSource& hostMemory() noexcept {
+    return hostSource;
+}
+AllocationSource& newMemory() noexcept {
+    return newSource;
+}
 
 void installCountingHost() noexcept {
     Runtime::HostServices services = Runtime::defaultHostServices();
@@ -81,19 +85,51 @@ void installCountingHost() noexcept {
 
 using namespace Quillon::Testing;
 
-void* operator new(std::size_t n) { return newOrThrow(n, kPlain); }
-void* operator new[](std::size_t n) { return newOrThrow(n, kPlain); }
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return newBlock(n, kPlain); }
-void* operator new[](std::size_t n, const std::nothrow_t&) noexcept { return newBlock(n, kPlain); }
-void* operator new(std::size_t n, std::align_val_t a) { return newOrThrow(n, static_cast<std::size_t>(a)); }
-void* operator new[](std::size_t n, std::align_val_t a) { return newOrThrow(n, static_cast<std::size_t>(a)); }
-void operator delete(void* p) noexcept { deleteBlock(p); }
-void operator delete[](void* p) noexcept { deleteBlock(p); }
-void operator delete(void* p, std::size_t) noexcept { deleteBlock(p); }
-void operator delete[](void* p, std::size_t) noexcept { deleteBlock(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { deleteBlock(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { deleteBlock(p); }
-void operator delete(void* p, std::align_val_t) noexcept { deleteBlock(p); }
-void operator delete[](void* p, std::align_val_t) noexcept { deleteBlock(p); }
-void operator delete(void* p, std::size_t, std::align_val_t) noexcept { deleteBlock(p); }
-void operator delete[](void* p, std::size_t, std::align_val_t) noexcept { deleteBlock(p); }
+void* operator new(std::size_t n) {
+    return newOrThrow(n, kPlain);
+}
+void* operator new[](std::size_t n) {
+    return newOrThrow(n, kPlain);
+}
+void* operator new(std::size_t n, const std::nothrow_t&) noexcept {
+    return newBlock(n, kPlain);
+}
+void* operator new[](std::size_t n, const std::nothrow_t&) noexcept {
+    return newBlock(n, kPlain);
+}
+void* operator new(std::size_t n, std::align_val_t a) {
+    return newOrThrow(n, static_cast<std::size_t>(a));
+}
+void* operator new[](std::size_t n, std::align_val_t a) {
+    return newOrThrow(n, static_cast<std::size_t>(a));
+}
+void operator delete(void* p) noexcept {
+    deleteBlock(p);
+}
+void operator delete[](void* p) noexcept {
+    deleteBlock(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    deleteBlock(p);
+}
+void operator delete[](void* p, std::size_t) noexcept {
+    deleteBlock(p);
+}
+void operator delete(void* p, const std::nothrow_t&) noexcept {
+    deleteBlock(p);
+}
+void operator delete[](void* p, const std::nothrow_t&) noexcept {
+    deleteBlock(p);
+}
+void operator delete(void* p, std::align_val_t) noexcept {
+    deleteBlock(p);
+}
+void operator delete[](void* p, std::align_val_t) noexcept {
+    deleteBlock(p);
+}
+void operator delete(void* p, std::size_t, std::align_val_t) noexcept {
+    deleteBlock(p);
+}
+void operator delete[](void* p, std::size_t, std::align_val_t) noexcept {
+    deleteBlock(p);
+}
