@@ -1,0 +1,7 @@
+#include "xml/Channel.h"
+
+namespace Quillon::Xml {
+
+Channel::~Channel() = default;
+
+} // namespace Quillon::Xml

@@ -1,0 +1,30 @@
+#include "xml/Closeable.h"
+
+#include <new>
+
+namespace Quillon::Xml {
+
+Closeable::~Closeable() = default;
+
+void* Closeable::operator new(std::size_t bytes) {
+    return ::operator new(bytes);
+}
+void* Closeable::operator new[](std::size_t bytes) {
+    return ::operator new[](bytes);
+}
+void* Closeable::operator new(std::size_t, void* place) noexcept {
+    return place;
+}
+void* Closeable::operator new[](std::size_t, void* place) noexcept {
+    return place;
+}
+void Closeable::operator delete(void* block) noexcept {
+    ::operator delete(block);
+}
+void Closeable::operator delete[](void* block) noexcept {
+    ::operator delete[](block);
+}
+void Closeable::operator delete(void*, void*) noexcept {}
+void Closeable::operator delete[](void*, void*) noexcept {}
+
+} // namespace Quillon::Xml

@@ -1,0 +1,7 @@
+#include "xml/ReadableByteChannel.h"
+
+namespace Quillon::Xml {
+
+ReadableByteChannel::~ReadableByteChannel() = default;
+
+} // namespace Quillon::Xml

@@ -1,0 +1,7 @@
+#include "xml/WritableByteChannel.h"
+
+namespace Quillon::Xml {
+
+WritableByteChannel::~WritableByteChannel() = default;
+
+} // namespace Quillon::Xml
