@@ -1,7 +1,8 @@
 # What presets ask for: warnings as errors, sanitizers, coverage. A user's build has none of it.
 option(ZUTARNEX_WARNINGS "Compile with the project's warnings, as errors" OFF)
-set(ZUTARNEX_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize= (address,undefined or thread)")
+option(ZUTARNEX_VERIFY_HEADERS "Compile each public header alone, as C++17, C++20 and C++23" OFF)
 option(ZUTARNEX_COVERAGE "Instrument for coverage" OFF)
+set(ZUTARNEX_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize= (address,undefined or thread)")
 
 if(ZUTARNEX_WARNINGS)
     add_compile_options(-Wall -Wextra -Wpedantic -Werror)
@@ -12,6 +13,10 @@ if(ZUTARNEX_SANITIZE)
     # The interceptors make the sanitizer's runtime the caller of dlopen; only an old-style RPATH of the executable
     # is still searched then.
     add_link_options(-Wl,--disable-new-dtags)
+    # Clang links the runtime into executables only, so that a shared library has undefined symbols by design.
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        set(ZUTARNEX_SANITIZER_RUNTIME_IN_EXECUTABLE ON)
+    endif()
 endif()
 if(ZUTARNEX_COVERAGE)
     add_compile_options(--coverage)

@@ -1,0 +1,37 @@
+# Sourced by the scripts beside it: what they need of Debian, installed when it is missing, as root or through sudo.
+
+base_packages="g++ cmake ninja-build python3-minimal libboost-dev libexpat1-dev libcli11-dev"
+test_packages="$base_packages libc6-dev binutils googletest pkg-config"
+all_packages="$test_packages clang g++-multilib libclang-rt-dev ccache libxml2-utils valgrind"
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null 2>&1; then
+        sudo "$@"
+    else
+        echo "$(basename "$0"): must be root, or have sudo, for: $*" >&2
+        return 1
+    fi
+}
+
+# An index of somebody else's that cannot be reached is no reason to stop: what is missing shows itself later.
+update_index() {
+    as_root apt-get -q update || echo "$(basename "$0"): apt-get update failed, going on with what is known" >&2
+}
+
+is_installed() {
+    dpkg-query -W -f '${db:Status-Abbrev}\n' "$1" 2>/dev/null | grep -q '^ii'
+}
+
+# install_missing PACKAGE...
+install_missing() {
+    missing=
+    for package in "$@"; do
+        is_installed "$package" || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+    echo "Installing:$missing"
+    update_index
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install $missing
+}
