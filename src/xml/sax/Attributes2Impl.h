@@ -53,7 +53,7 @@ public:
     void removeAttribute(unsigned int index);
 
     /// As AttributesImpl::setAttributes, with the flags of an Attributes2; entries of any other list are specified,
-    /// and declared unless their type is `CDATA`.
+    /// and declared unless their type is `CDATA`. A list that is set to itself ends empty.
     void setAttributes(const Attributes& attributes);
 
 protected:
@@ -63,9 +63,11 @@ private:
     class FlagArrays;
 
     bool flag(const std::uint8_t* flags, unsigned int index) const;
+    bool flagByName(const std::uint8_t* flags, int index, const unsigned short* whatIsMissing) const;
     void setFlag(std::uint8_t*& flags, unsigned int index, bool value);
     void adopt(FlagArrays& arrays) noexcept;
-    void copyFlags(const Attributes& attributes, unsigned int count);
+    void copyFlags(const Attributes2& source, unsigned int count);
+    void deriveFlags(const Attributes& attributes, unsigned int count);
 
     std::uint8_t* declared_ = nullptr;
     std::uint8_t* specified_ = nullptr;

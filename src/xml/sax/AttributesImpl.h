@@ -77,13 +77,15 @@ public:
 
 protected:
     [[noreturn]] static void badIndex(unsigned int index);
+    void swap(AttributesImpl& other) noexcept;
 
 private:
     class Array;
 
     XmlString& slot(unsigned int index, unsigned int field) const noexcept;
     XmlString& checkedSlot(unsigned int index, unsigned int field) const;
-    XmlString read(int index, unsigned int field) const;
+    XmlString read(unsigned int index, unsigned int field) const;
+    XmlString readFound(int index, unsigned int field) const;
     void ensureCapacity(std::uint64_t entryCount);
     void adopt(Array& array) noexcept;
 

@@ -11,12 +11,12 @@ namespace Quillon::Xml::Sax {
 /// Layout: no data.
 class ZUTARNEX_API IllegalCharacterException {
 public:
-    /// `ch` is printed in hexadecimal, with at least four digits.
+    /// `ch` is printed in hexadecimal, with at least four digits. Throws instead, when there is no memory for the
+    /// message: System::OutOfMemoryException or std::bad_alloc.
     [[noreturn]] static void doThrow(int ch);
 
     IllegalCharacterException() noexcept;
     IllegalCharacterException(const IllegalCharacterException& other) noexcept;
-    IllegalCharacterException& operator=(const IllegalCharacterException& other) noexcept;
     virtual ~IllegalCharacterException() = 0;
 };
 
