@@ -2,7 +2,7 @@
 
 base_packages="g++ cmake ninja-build python3-minimal libboost-dev libexpat1-dev libcli11-dev"
 test_packages="$base_packages libc6-dev binutils googletest pkg-config"
-all_packages="$test_packages clang g++-multilib libclang-rt-dev ccache libxml2-utils valgrind"
+all_packages="$test_packages clang g++-multilib libclang-rt-dev ccache libxml2-utils valgrind clang-format clang-tidy codespell"
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then
