@@ -38,10 +38,24 @@ private:
     bool& isSet_;
 };
 
+boost::shared_ptr<QVPI_Plugin_> loadFrom(const LoaderPointer& ancestor, const char* name, void* args,
+                                         bool keep) {
+    if (!ancestor)
+        PluginNotFoundException::doThrow(name);
+    return ancestor->loadPlugin(name, args, keep);
+}
+
 } // namespace
 
 constinit boost::shared_ptr<QVPI_PluginLoader> QVPI_PluginLoader::spl;
 constinit bool QVPI_PluginLoader::splSet = false;
+
+/// Empties `spl` before the loader goes, so that a plug-in that asks for the loader while it is being destroyed gets
+/// none instead of the dying one.
+struct QVPI_PluginLoader::Unload {
+    ~Unload() { spl.reset(); }
+};
+constinit QVPI_PluginLoader::Unload QVPI_PluginLoader::unload;
 
 boost::shared_ptr<QVPI_PluginLoader> QVPI_PluginLoader::getSystemPluginLoader() {
     initSystemPluginLoader();
@@ -53,7 +67,8 @@ void QVPI_PluginLoader::initSystemPluginLoader() {
         return;
     if (spl)
         IllegalStateException::doThrow("recursive invocation");
-    Installation(spl, splSet).complete(makeSystemPluginLoader());
+    Installation installation(spl, splSet);
+    installation.complete(makeSystemPluginLoader());
 }
 
 QVPI_PluginLoader::QVPI_PluginLoader() : parent_(getSystemPluginLoader()) {}
@@ -73,18 +88,11 @@ boost::shared_ptr<QVPI_Plugin_> QVPI_PluginLoader::loadPlugin(const char* name, 
     if (boost::shared_ptr<QVPI_Plugin_> cached = findPlugin(name))
         return cached;
     try {
-        return loadFromParent(name, args, keep);
+        return loadFrom(parent_, name, args, keep);
     } catch (const PluginNotFoundException&) {
         // No ancestor can supply it: this loader has to make it.
     }
     return initPlugin(name, args, keep);
-}
-
-boost::shared_ptr<QVPI_Plugin_> QVPI_PluginLoader::loadFromParent(const char* name, void* args,
-                                                                  bool keep) const {
-    if (!parent_)
-        PluginNotFoundException::doThrow(name);
-    return parent_->loadPlugin(name, args, keep);
 }
 
 boost::shared_ptr<QVPI_Plugin_> QVPI_PluginLoader::initPlugin(const char* name, void*, bool) {

@@ -16,7 +16,7 @@ namespace Quillon::System {
 /// Threads:   nothing is locked; plug-ins are loaded from one thread at a time.
 class ZUTARNEX_API QVPI_PluginLoader {
 public:
-    /// The process's root loader, made on first use.
+    /// The process's root loader, made on first use. It is let go at the library's unload; empty after that.
     ///
     /// Throws: IllegalStateException when it is called while the loader is being made, std::bad_alloc.
     static boost::shared_ptr<QVPI_PluginLoader> getSystemPluginLoader();
@@ -56,10 +56,12 @@ public:
     virtual ~QVPI_PluginLoader(); // its slots are the last ones
 
 private:
-    boost::shared_ptr<QVPI_Plugin_> loadFromParent(const char* name, void* args, bool keep) const;
+    struct Unload;
 
-    static boost::shared_ptr<QVPI_PluginLoader> spl; ///< the system plug-in loader
-    static bool splSet;                              ///< whether `spl` is installed
+    // The system plug-in loader, whether it is installed, and what lets go of it.
+    [[gnu::visibility("hidden")]] static boost::shared_ptr<QVPI_PluginLoader> spl;
+    [[gnu::visibility("hidden")]] static bool splSet;
+    [[gnu::visibility("hidden")]] static Unload unload;
 
     boost::shared_ptr<QVPI_PluginLoader> parent_;
 };

@@ -2,6 +2,7 @@
 
 #include "runtime/HostServices.h"
 #include "runtime/ThrowGuardInternal.h"
+#include "system/PluginNotFoundException.h"
 #include "system/QVPI_PluginLoader.h"
 
 #include <cstdarg>
@@ -42,7 +43,10 @@ boost::shared_ptr<QVPI_Plugin_> ServiceProvisioning::doCreate(const char* name) 
         option("vprintf", host.print),
     };
     QVPI_PluginInitArgs initArgs = {0x00010000, std::size(options), options, 1};
-    return QVPI_PluginLoader::getSystemPluginLoader()->loadPlugin(name, &initArgs, false);
+    const boost::shared_ptr<QVPI_PluginLoader> loader = QVPI_PluginLoader::getSystemPluginLoader();
+    if (!loader) // the library is being unloaded
+        PluginNotFoundException::doThrow(name);
+    return loader->loadPlugin(name, &initArgs, false);
 }
 
 void* ServiceProvisioning::doAttach(boost::shared_ptr<QVPI_Plugin_> plugin) {
