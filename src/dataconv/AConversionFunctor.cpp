@@ -1,0 +1,7 @@
+#include "dataconv/AConversionFunctor.h"
+
+namespace Quillon::DataConv {
+
+AConversionFunctor::~AConversionFunctor() = default;
+
+} // namespace Quillon::DataConv
