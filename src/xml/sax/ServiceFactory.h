@@ -51,7 +51,7 @@ private:
 };
 
 class ServiceFactory;
-extern template class BasicServiceFactory<ServiceFactory, SaxSvc_>;
+extern template class ZUTARNEX_API BasicServiceFactory<ServiceFactory, SaxSvc_>;
 
 /// The library's handle on the parser, which lives in the plug-in "saxengine".
 class ZUTARNEX_API ServiceFactory : public BasicServiceFactory<ServiceFactory, SaxSvc_> {
