@@ -1,0 +1,151 @@
+#include "Commands.h"
+#include "Document.h"
+#include "Failure.h"
+#include "OutputFile.h"
+#include "ReadingOptions.h"
+#include "saxengine/SaxEngineReader.h"
+#include "xml/sax/RemoveNamespaceFilter.h"
+#include "xml/sax/SaxIdentifiers.h"
+#include "xml/sax/XmlFilterFormat.h"
+#include "xml/sax/writer/XmlWriter.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Quillon::Tool {
+
+namespace {
+
+using namespace Xml::Sax;
+
+constexpr unsigned int kWidestIndent = 100;
+
+struct FormatOptions {
+    std::string file = "-";
+    std::string output = "-";
+    std::string indent = "none";
+    bool newlineOnly = false;
+    bool canonical = false;
+    std::vector<std::string> strippedNamespaces;
+    ReadingOptions reading;
+};
+
+/// How XmlFilterFormat is to be made.
+struct Indentation {
+    XmlFilterFormat::AlignmentStyle style = XmlFilterFormat::AlignNone;
+    XmlFilterFormat::TabMode tabs = XmlFilterFormat::TabSpaces;
+    unsigned int width = 0;
+};
+
+bool parseWidth(const std::string& text, unsigned int& width) {
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, width);
+    return result.ec == std::errc() && result.ptr == end && width <= kWidestIndent;
+}
+
+std::string checkIndent(const std::string& text) {
+    unsigned int width;
+    if (text == "tab" || text == "none" || parseWidth(text, width))
+        return "";
+    return "not a number up to " + std::to_string(kWidestIndent) + ", nor 'tab', nor 'none': " + text;
+}
+
+Indentation indentationOf(const FormatOptions& options) {
+    Indentation result;
+    if (options.newlineOnly) {
+        result.style = XmlFilterFormat::AlignNewline;
+    } else if (options.indent == "tab") {
+        result.style = XmlFilterFormat::AlignIndent;
+        result.tabs = XmlFilterFormat::TabTabs;
+    } else if (parseWidth(options.indent, result.width)) {
+        result.style = XmlFilterFormat::AlignIndent;
+    }
+    return result;
+}
+
+/// Stops the parse as soon as the output cannot be written, instead of reading the rest of the input for nothing.
+class OutputGuard : public XmlFilterImpl {
+public:
+    OutputGuard(XmlReader* parent, const OutputFile& out) : XmlFilterImpl(parent), out_(out) {}
+
+    void startElement(const Xml::XmlString& uri, const Xml::XmlString& localName, const Xml::XmlString& qName,
+                      const Attributes& attributes) override {
+        out_.check();
+        XmlFilterImpl::startElement(uri, localName, qName, attributes);
+    }
+
+private:
+    const OutputFile& out_;
+};
+
+/// reader -> one filter for each stripped namespace -> indentation -> writer. Comments, CDATA sections and the
+/// document type go from the reader straight to the writer.
+ExitStatus formatTo(OutputFile& out, Document& document, const FormatOptions& options) {
+    SaxEngineReader reader;
+    options.reading.applyTo(reader);
+    XmlWriter writer(out.stream());
+    writer.setCanonical(options.canonical);
+    reader.setFeature(SC_Features_NamespacePrefixes(), true);
+    reader.setProperty(SC_Properties_LexicalHandler(), static_cast<LexicalHandler*>(&writer));
+    reader.setProperty(SC_Properties_DeclarationHandler(), static_cast<DeclHandler*>(&writer));
+
+    std::vector<std::unique_ptr<XmlFilterImpl>> chain;
+    chain.push_back(std::make_unique<OutputGuard>(&reader, out));
+    for (const std::string& uri : options.strippedNamespaces)
+        chain.push_back(
+            std::make_unique<RemoveNamespaceFilter>(chain.back().get(), Xml::makeString(uri.c_str())));
+    const Indentation indent = indentationOf(options);
+    chain.push_back(
+        std::make_unique<XmlFilterFormat>(chain.back().get(), indent.style, indent.tabs, indent.width));
+    chain.back()->setContentHandler(&writer);
+    chain.back()->setDTDHandler(&writer);
+    return parseReporting(*chain.back(), document);
+}
+
+ExitStatus format(const FormatOptions& options) {
+    Document document(options.file);
+    OutputFile out(options.output);
+    const ExitStatus status = formatTo(out, document, options);
+    if (status == Done || options.output == "-")
+        out.commit();
+    return status;
+}
+
+} // namespace
+
+void addFormatCommand(CLI::App& app, ExitStatus& status) {
+    auto options = std::make_shared<FormatOptions>();
+    CLI::App* command =
+        app.add_subcommand("format", "Read a document and write it again, indented or filtered");
+    command->add_option("FILE", options->file, "The document; - is standard input")->capture_default_str();
+    command->add_option("-o,--output", options->output,
+                        "Where to write; a file is replaced only when all went well");
+    CLI::Option* indent =
+        command
+            ->add_option("--indent", options->indent,
+                         "Put each tag on a line of its own, indented by N spaces or a tab per level")
+            ->check(CLI::Validator(checkIndent, "N|tab|none"))
+            ->type_name("")
+            ->capture_default_str();
+    command
+        ->add_flag("--newline-only", options->newlineOnly, "Put each tag on a line of its own, not indented")
+        ->excludes(indent);
+    command
+        ->add_option(
+            "--strip-namespace", options->strippedNamespaces,
+            "Leave out the tags and attributes of this namespace, not their content; may be repeated")
+        ->type_name("URI")
+        ->allow_extra_args(false);
+    command->add_flag(
+        "--canonical", options->canonical,
+        "Write no XML declaration, no document type and no CDATA sections (this is not the W3C's C14N)");
+    options->reading.addTo(*command);
+    command->callback(
+        [options, &status] { status = reportingFailures(options->file, [&] { return format(*options); }); });
+}
+
+} // namespace Quillon::Tool

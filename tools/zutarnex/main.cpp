@@ -1,0 +1,35 @@
+#include "Commands.h"
+
+#include "zutarnex/version.h"
+
+#include <CLI/CLI.hpp>
+
+#include <clocale>
+#include <csignal>
+#include <string>
+
+using namespace Quillon::Tool;
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_CTYPE, "");  // messages and file names are text of the user's code page
+    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error that can be told
+
+    CLI::App app("Reads, checks and writes XML documents.", "zutarnex");
+    app.set_version_flag("--version", std::string(libzutarnex_version) + " (" + libzutarnex_build_date + ")");
+    app.require_subcommand(1);
+    app.failure_message(CLI::FailureMessage::help);
+    app.footer(
+        "Exit status: 0 done, 1 ill-formed input or a character that cannot be written, 2 wrong usage,\n"
+        "3 something could not be read or written.");
+
+    ExitStatus status = Done;
+    addFormatCommand(app, status);
+    addCheckCommand(app, status);
+    addEventsCommand(app, status);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& fault) {
+        return app.exit(fault) == 0 ? Done : WrongUsage;
+    }
+    return status;
+}
