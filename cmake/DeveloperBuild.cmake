@@ -16,6 +16,10 @@ if(ZUTARNEX_SANITIZE)
     # Clang links the runtime into executables only, so that a shared library has undefined symbols by design.
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         set(ZUTARNEX_SANITIZER_RUNTIME_IN_EXECUTABLE ON)
+        # ThreadSanitizer's operator new is not weak; the tests' own, which comes first, is the one that counts.
+        if(ZUTARNEX_SANITIZE MATCHES "thread")
+            add_link_options(-Wl,-z,muldefs)
+        endif()
     endif()
 endif()
 if(ZUTARNEX_COVERAGE)

@@ -15,8 +15,8 @@ HOST_SERVICES = re.compile(
     r"v?asprintf|iconv|iconv_open|iconv_close|mbrtoc16|c16rtomb|mbstowcs|wcstombs|mbrtowc|wcrtomb|"
     r"v?f?printf|v?dprintf|puts|fputs|putchar|fputc|putc|fwrite|perror|"
     r"abort|exit|_exit|_Exit|quick_exit|raise|kill)(_chk|64)?$")
-KERNELS_MAY_CALL = re.compile(r"(mem(cpy|move|set|cmp|chr)|_GLOBAL_OFFSET_TABLE_|__x86\.get_pc_thunk\..*|__(asan|ubsan|tsan|"
-                              r"gcov|llvm|stack_chk|cpu)_.*|__gcov.*|__stack_chk_fail)$")
+KERNELS_MAY_CALL = re.compile(r"(mem(cpy|move|set|cmp|chr)|_GLOBAL_OFFSET_TABLE_|__x86\.get_pc_thunk\..*|"
+                              r"__(gcov|llvm|cpu)_.*|__stack_chk_fail.*)$")
 
 
 def undefined(object_file):
