@@ -65,7 +65,7 @@ class NoBytes : public std::streambuf {
 
 class WriterAbiTest : public Testing::HostFixture {
 protected:
-    /// The offsets of the bytes that `change` changes.
+    /// The offsets of the bytes that `change` changes; the padding before the stream is no field.
     template <class Change>
     std::vector<std::size_t> changedBy(Change change) {
         unsigned char before[sizeof writer];
@@ -73,7 +73,8 @@ protected:
         change();
         std::vector<std::size_t> offsets;
         for (std::size_t i = 0; i < sizeof writer; ++i) {
-            if (before[i] != fieldAt<unsigned char>(writer, i))
+            const bool isField = i <= kExpandingEntities || i >= kOut;
+            if (isField && before[i] != fieldAt<unsigned char>(writer, i))
                 offsets.push_back(i);
         }
         return offsets;
