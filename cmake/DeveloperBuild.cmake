@@ -16,9 +16,11 @@ if(ZUTARNEX_SANITIZE)
     # Clang links the runtime into executables only, so that a shared library has undefined symbols by design.
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         set(ZUTARNEX_SANITIZER_RUNTIME_IN_EXECUTABLE ON)
-        # ThreadSanitizer's operator new is not weak, so it would clash with the tests' own.
+        # ThreadSanitizer's operator new is not weak and would clash with the tests' own. Clang leaves it out when it
+        # links as for C.
         if(ZUTARNEX_SANITIZE MATCHES "thread")
-            add_link_options(-fno-sanitize-link-c++-runtime)
+            add_link_options(--driver-mode=gcc)
+            link_libraries(stdc++ m)
         endif()
     endif()
 endif()
