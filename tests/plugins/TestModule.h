@@ -13,8 +13,10 @@ std::string moduleFileName(const std::string& name);
 /// Whether the module is open in this process now.
 bool isModuleOpen(const std::string& name);
 
-/// Keeps a module open, beside the library's own hold on it, and reaches the state of the plug-in in it, which starts
-/// as it was built.
+/// The state of a plug-in whose module somebody else holds open.
+PluginState& stateOf(const std::string& name);
+
+/// Keeps a module open, beside the library's own hold on it. The plug-in in it starts and ends as it was built.
 class TestModule {
 public:
     explicit TestModule(const std::string& name);
@@ -23,6 +25,7 @@ public:
     ~TestModule();
 
     PluginState& state() const;
+    void reset() const; ///< the state, to what it was built with
 
 private:
     void* handle_;

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+extern "C" int __cxa_atexit(void (*function)(void*), void* argument, void* module);
+
 namespace Quillon::Testing {
 
 void checkFact(bool fact, const char* text) {
@@ -16,10 +18,17 @@ void (*afterStatics)() = nullptr;
 
 namespace {
 
-[[gnu::destructor]] void runAfterStatics() {
+void runAfterStatics(void*) {
     if (afterStatics)
         afterStatics();
 }
+
+/// Before any library is initialised: what is registered first runs last, and what belongs to no module is not run
+/// when one ends.
+void registerFirst() {
+    __cxa_atexit(runAfterStatics, nullptr, nullptr);
+}
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeEverything)() = registerFirst;
 
 } // namespace
 
