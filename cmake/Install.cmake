@@ -5,24 +5,18 @@ include(CMakePackageConfigHelpers)
 set(ZUTARNEX_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/zutarnex)
 set(ZUTARNEX_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(TARGETS zutarnex EXPORT zutarnexTargets
+set_target_properties(zutarnex_saxreader PROPERTIES EXPORT_NAME saxreader OUTPUT_NAME zutarnex-saxreader)
+install(TARGETS zutarnex zutarnex_saxreader EXPORT zutarnexTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zutarnex)
-if(TARGET zutarnex_saxreader)
-    set_target_properties(zutarnex_saxreader PROPERTIES EXPORT_NAME saxreader OUTPUT_NAME zutarnex-saxreader)
-    install(TARGETS zutarnex_saxreader EXPORT zutarnexTargets
-            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-            FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zutarnex)
-endif()
 if(TARGET saxengine)
     set_target_properties(saxengine PROPERTIES INSTALL_RPATH "$ORIGIN")
     install(TARGETS saxengine LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endif()
-if(TARGET zutarnex_tool)
-    file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-    set_target_properties(zutarnex_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
-    install(TARGETS zutarnex_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
+file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+set_target_properties(zutarnex_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+install(TARGETS zutarnex_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 install(EXPORT zutarnexTargets NAMESPACE zutarnex:: DESTINATION ${ZUTARNEX_CMAKE_DIR})
 configure_package_config_file(cmake/zutarnexConfig.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/package/zutarnexConfig.cmake
