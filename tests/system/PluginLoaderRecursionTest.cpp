@@ -1,0 +1,113 @@
+// The system plug-in loader is asked for while it is being made. That takes an application whose operator new asks for
+// plug-ins, hence a program of its own.
+#include "system/QVPI_PluginLoader.h"
+
+#include "system/IllegalStateException.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+/// The calls of operator new until it asks for the loader (1: in the next one); 0: it does not.
+int asksIn = 0;
+bool letsPass = false; ///< whether the refusal leaves operator new
+int refusals = 0;
+
+void askForTheLoader() {
+    try {
+        Quillon::System::QVPI_PluginLoader::getSystemPluginLoader();
+    } catch (const Quillon::System::IllegalStateException&) {
+        ++refusals;
+        if (letsPass)
+            throw;
+    }
+}
+
+} // namespace
+
+void* operator new(std::size_t bytes) {
+    if (asksIn != 0 && --asksIn == 0)
+        askForTheLoader();
+    if (void* const block = std::malloc(bytes != 0 ? bytes : 1))
+        return block;
+    throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
+
+namespace Quillon::System {
+namespace {
+
+/// A loader whose parent is the system loader.
+class ChildLoader : public QVPI_PluginLoader {
+    boost::shared_ptr<QVPI_Plugin_> findPlugin(const char*) const override {
+        return boost::shared_ptr<QVPI_Plugin_>();
+    }
+};
+
+class PluginLoaderRecursionDeathTest : public ::testing::Test {
+protected:
+    void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    /// In each round, in a process of its own, the next request for memory asks. Returns how many there are.
+    template <class MakeLoader>
+    int refusedRequests(MakeLoader makeLoader) {
+        int rounds = 0;
+        bool more = true;
+        while (more && !HasFailure()) {
+            EXPECT_EXIT(
+                {
+                    asksIn = rounds + 1;
+                    makeLoader();
+                    const bool asked = asksIn == 0;
+                    asksIn = 0;
+                    const auto loader = QVPI_PluginLoader::getSystemPluginLoader();
+                    const bool isRight = loader && loader == QVPI_PluginLoader::getSystemPluginLoader();
+                    std::_Exit(!isRight || refusals != asked ? 1 : asked ? 2 : 0);
+                },
+                [&](int exit) {
+                    more = WEXITSTATUS(exit) == 2;
+                    return WIFEXITED(exit) && WEXITSTATUS(exit) != 1;
+                },
+                "");
+            ++rounds;
+        }
+        return rounds - 1;
+    }
+};
+
+TEST_F(PluginLoaderRecursionDeathTest, RecursiveInvocationIsIllegalState) {
+    const int requests = refusedRequests([] { QVPI_PluginLoader::getSystemPluginLoader(); });
+    EXPECT_GE(requests, 2) << "the shared-library loader and the system loader";
+}
+
+TEST_F(PluginLoaderRecursionDeathTest, DefaultParentIsMadeUnderTheSameGuard) {
+    const int requests = refusedRequests([] { ChildLoader(); });
+    EXPECT_GE(requests, 2);
+}
+
+TEST_F(PluginLoaderRecursionDeathTest, RecursionThatIsNotCaughtLeavesNoHalfMadeLoader) {
+    EXPECT_EXIT(
+        {
+            asksIn = 1;
+            letsPass = true;
+            bool passed = false;
+            try {
+                QVPI_PluginLoader::initSystemPluginLoader();
+            } catch (const IllegalStateException&) {
+                passed = true;
+            }
+            std::_Exit(passed && QVPI_PluginLoader::getSystemPluginLoader() && refusals == 1 ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+} // namespace
+} // namespace Quillon::System
