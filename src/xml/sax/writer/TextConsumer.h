@@ -18,6 +18,7 @@ namespace Quillon::Xml::Sax {
 /// Layout:    XmlWriter, then EventConsumer; no fields of its own.
 /// Ownership: as XmlWriter; the handlers that it hands out are the consumer itself and live as long as it does.
 /// Threads:   as XmlWriter.
+/// Throws:    as XmlWriter.
 class ZUTARNEX_API TextConsumer : public XmlWriter, public EventConsumer {
 public:
     explicit TextConsumer(std::ostream& out);

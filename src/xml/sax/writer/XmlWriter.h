@@ -34,7 +34,7 @@ class Locator;
 /// the encoding and given to the stream at once, fragment by fragment. One writer can write many documents: each
 /// startDocument() resets the depth of entities and nothing else.
 ///
-/// Deliberate, all in tests/xml/sax/writer/XmlWriterTest.cpp:
+/// Deliberate (the tests named here and below are in tests/xml/sax/writer/):
 /// - a character that the encoding lacks becomes `&;`, never a character reference
 ///   (UnwritableUnitsBecomeAmpersandSemicolon), and each half of a surrogate pair becomes one of its own;
 /// - an element without content is a start tag and an end tag (ElementWithoutContentIsTwoTags);
@@ -92,7 +92,7 @@ public:
     /// Selects the encoding of what is written from now on: "UTF-8" (the one a new writer has), "US-ASCII" or
     /// "ISO-8859-1", spelled exactly so. The pointer is kept, not the text.
     ///
-    /// Deliberate: any other name is kept, too, and changes nothing about which characters count as writable
+    /// Deliberate: any other name is kept, too, and does not change which characters count as writable
     /// (UnknownEncodingKeepsWhatIsWritable); null makes UTF-8 without an XML declaration (NullEncodingIsUtf8WithoutDeclaration).
     /// Text of an encoding with zero bytes, such as UTF-16, is cut at the first one (Utf16IsCutAtTheFirstZeroByte).
     void setEncoding(const char* name);
@@ -101,7 +101,8 @@ public:
     /// Canonical output: no XML declaration, no DOCTYPE and no comments in it, CDATA sections as plain text, no `&apos;`.
     /// (It is not the W3C's Canonical XML.) Switching it on switches expandingEntities on.
     ///
-    /// Deliberate: switching it off leaves expandingEntities on (CanonicalOffKeepsExpandingEntities).
+    /// Deliberate: switching it off leaves expandingEntities on (CanonicalOffKeepsExpandingEntities); the declarations
+    /// of a DTD are written although their DOCTYPE is not (CanonicalModeWritesDeclarationsNevertheless).
     void setCanonical(bool on);
     bool isCanonical() const;
 

@@ -568,6 +568,16 @@ TEST_F(XmlWriterDtdTest, CanonicalOrUsAsciiStartDocumentBringsThemBackToo) {
     EXPECT_EQ(kEveryDeclaration, written());
 }
 
+TEST_F(XmlWriterDtdTest, StartDocumentThatFailsBringsNothingBack) {
+    writer.endEntity(text(u"x"));
+    writer.setEncoding("X-No-Such");
+    EXPECT_THROW(writer.startDocument(), SaxException);
+    writer.setEncoding("UTF-8");
+    writer.startCDATA();
+    writer.endCDATA();
+    EXPECT_EQ("", written());
+}
+
 TEST_F(XmlWriterDtdTest, EndEntityDoesNotCountWhileEntitiesAreExpanded) {
     writer.expandingEntities(true);
     openDTD();
