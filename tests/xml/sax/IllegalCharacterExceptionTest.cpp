@@ -1,0 +1,75 @@
+#include "xml/sax/IllegalCharacterException.h"
+
+#include "support/HostFixture.h"
+#include "system/Identifiable.h"
+#include "system/InternalException.h"
+#include "system/UserException.h"
+#include "xml/sax/SaxException.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Quillon::Xml::Sax {
+namespace {
+
+class IllegalCharacterExceptionTest : public Testing::HostFixture {
+protected:
+    void warmUp() override { // the first message of the catalog makes things that stay
+        messageFor(1);
+    }
+
+    static std::string messageFor(int ch) {
+        try {
+            IllegalCharacterException::doThrow(ch);
+        } catch (const IllegalCharacterException& exception) {
+            return dynamic_cast<const System::UserException&>(exception).getMessage();
+        }
+    }
+};
+
+TEST_F(IllegalCharacterExceptionTest, MessageHoldsTheCodeInHexadecimal) {
+    EXPECT_EQ("Illegal or non-writable character: U+0000.", messageFor(0));
+    EXPECT_EQ("Illegal or non-writable character: U+0001.", messageFor(1));
+    EXPECT_EQ("Illegal or non-writable character: U+00E9.", messageFor(0xE9));
+    EXPECT_EQ("Illegal or non-writable character: U+FFFE.", messageFor(0xFFFE));
+    EXPECT_EQ("Illegal or non-writable character: U+1F600.", messageFor(0x1F600));
+    EXPECT_EQ("Illegal or non-writable character: U+FFFFFFFF.", messageFor(-1));
+}
+
+TEST_F(IllegalCharacterExceptionTest, HasItsIdentifier) {
+    try {
+        IllegalCharacterException::doThrow(1);
+    } catch (const System::Identifiable& exception) {
+        EXPECT_EQ("KAVOLT:IllegalCharacterException", exception.getIdentifier());
+    }
+}
+
+TEST_F(IllegalCharacterExceptionTest, IsCaughtAsWhatItIs) {
+    EXPECT_THROW(IllegalCharacterException::doThrow(1), IllegalCharacterException);
+    EXPECT_THROW(IllegalCharacterException::doThrow(1), System::UserException);
+    EXPECT_THROW(IllegalCharacterException::doThrow(1), System::Throwable);
+    EXPECT_THROW(IllegalCharacterException::doThrow(1), std::exception);
+    try {
+        IllegalCharacterException::doThrow(1);
+    } catch (const SaxException&) {
+        FAIL() << "caught as SaxException";
+    } catch (const System::InternalException&) {
+        FAIL() << "caught as InternalException";
+    } catch (const IllegalCharacterException&) {
+    }
+}
+
+TEST_F(IllegalCharacterExceptionTest, WithoutMemoryThatIsReportedInstead) {
+    const auto raise = [] {
+        try {
+            IllegalCharacterException::doThrow(0xFFFE);
+        } catch (const IllegalCharacterException&) {
+        }
+    };
+    Testing::everyAllocationFails(raise);
+    Testing::everyNewFails(raise);
+}
+
+} // namespace
+} // namespace Quillon::Xml::Sax
