@@ -1,0 +1,44 @@
+#ifndef ZUTARNEX_XML_SAX_WRITER_STRICTDOCTYPEINTERNAL_H
+#define ZUTARNEX_XML_SAX_WRITER_STRICTDOCTYPEINTERNAL_H
+
+#include "xml/sax/writer/StrictRefusalInternal.h"
+
+#include <map>
+
+namespace Quillon::Xml::Sax {
+
+/// What the document type has declared so far, as far as it decides how the document will be read back.
+class StrictDoctype {
+public:
+    enum class EntityKind { Undeclared, Internal, External, Unparsed };
+
+    struct Attribute {
+        OwnedUnits type; ///< as an attribute list tells it: `(a|b)` is NMTOKEN
+        bool hasDefault;
+
+        bool isTokenized() const;
+    };
+    using Attributes = std::map<OwnedUnits, Attribute>;
+
+    void clear();
+
+    /// False when the name is taken: a parser keeps the first declaration and does not report another one. Names of
+    /// parameter entities begin with `%`.
+    bool declareEntity(Units name, EntityKind kind);
+    EntityKind entity(Units name) const;
+
+    /// Later declarations of the same attribute change nothing.
+    void declareAttribute(Units element, Units attribute, Units type, bool hasDefault);
+    /// Null when the element has none declared.
+    const Attributes* attributesOf(Units element) const;
+
+    bool hasExternalSubset = false;
+
+private:
+    std::map<OwnedUnits, EntityKind> entities_;
+    std::map<OwnedUnits, Attributes> attributes_;
+};
+
+} // namespace Quillon::Xml::Sax
+
+#endif

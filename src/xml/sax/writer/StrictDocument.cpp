@@ -1,0 +1,285 @@
+#include "xml/sax/writer/StrictDocumentInternal.h"
+
+#include "xml/sax/SaxNotSupportedException.h"
+#include "xml/sax/writer/StrictGrammarInternal.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace Quillon::Xml::Sax {
+
+namespace {
+
+/// The highest character of the encoding. Only the names that the writer itself knows are taken.
+char32_t lastCharacterOf(const char* encoding) {
+    const std::string_view name = encoding ? encoding : "UTF-8";
+    if (name == "UTF-8")
+        return 0x10FFFF;
+    if (name == "US-ASCII")
+        return 0x7F;
+    if (name == "ISO-8859-1")
+        return 0xFF;
+    throw SaxNotSupportedException(makeString(("startDocument: encoding " + std::string(name)).c_str()));
+}
+
+bool isLess(Units left, Units right) noexcept {
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end());
+}
+
+} // namespace
+
+void StrictDocument::begin(const char* encodingName) {
+    lastCharacter = lastCharacterOf(encodingName);
+    encoding = encodingName;
+    place = Place::Prolog;
+    inSection = false;
+    doctype.clear();
+    names_.clear();
+    nameStarts_.clear();
+    namespaces_.clear();
+    announced_.clear();
+    mapped_.clear();
+    entities_.clear();
+    suppressing_ = 0;
+}
+
+Refusal StrictDocument::enter(const char* event, After after) const {
+    const Refusal refusal(event, lastCharacter);
+    if (place == Place::Outside)
+        refusal.because("no document has been started");
+    if (!announced_.empty() && after != After::Mapping)
+        refusal.because("no element follows the mapping of the prefix", announced_.back().prefix);
+    if (hasDueMappings() && after != After::EndOfElement)
+        refusal.because("the mapping has not been ended of the prefix", mapped_.back().prefix);
+    return refusal;
+}
+
+Refusal StrictDocument::enterMarkup(const char* event, After after) const {
+    const Refusal refusal = enter(event, after);
+    if (inSection)
+        refusal.because("a CDATA section holds text only");
+    return refusal;
+}
+
+void StrictDocument::announceMapping(const Refusal& refusal, Units prefix, Units uri) {
+    checkPlaceOfElement(refusal);
+    if (!prefix.empty())
+        refusal.unlessName(prefix, "a prefix");
+    if (std::find(prefix.begin(), prefix.end(), ':') != prefix.end())
+        refusal.character(':', "a prefix");
+    refusal.unlessText(uri, "the identifier of a namespace");
+    if (!isLegalBinding(prefix, uri))
+        refusal.because("reserved or empty names, for the prefix", prefix);
+    for (const StrictNamespaces::Binding& other : announced_)
+        if (isSame(other.prefix, prefix))
+            refusal.because("twice for one element, for the prefix", prefix);
+    announced_.push_back({copyOf(prefix), copyOf(uri), depth() + 1});
+}
+
+void StrictDocument::endMapping(const Refusal& refusal, Units prefix) {
+    const auto due = std::find_if(mapped_.begin(), mapped_.end(), [&](const Mapping& mapping) {
+        return mapping.depth > depth() && isSame(mapping.prefix, prefix);
+    });
+    if (due == mapped_.end())
+        refusal.because("no mapping is to be ended of the prefix", prefix);
+    mapped_.erase(due);
+}
+
+void StrictDocument::checkPlaceOfElement(const Refusal& refusal) const {
+    if (place == Place::Epilog)
+        refusal.because("behind the end of the root element");
+    if (place == Place::Doctype)
+        refusal.because("inside the document type");
+}
+
+StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlString& uri,
+                                              const XmlString& localName, const XmlString& qName,
+                                              const std::vector<Attribute>& attributes, bool checksTypes) {
+    checkPlaceOfElement(refusal);
+    Bindings added;
+    if (!isSuppressed()) {
+        refusal.unlessName(unitsOf(qName), "an element's name");
+        checkAttributes(refusal, attributes);
+        if (checksTypes)
+            checkDeclaredAttributes(refusal, unitsOf(qName), attributes);
+        try {
+            const bool isPlain = announced_.empty() && unitsOf(uri).empty() && unitsOf(localName).empty();
+            if (!isPlain) { // else the events come from a reader that does not process namespaces
+                added = bindNamespaces(refusal, attributes);
+                checkExpandedNames(refusal, uri, localName, qName, attributes);
+            }
+        } catch (...) {
+            namespaces_.leave(depth());
+            throw;
+        }
+    }
+    pushName(unitsOf(qName));
+    for (StrictNamespaces::Binding& mapping : announced_)
+        mapped_.push_back({std::move(mapping.prefix), depth()});
+    announced_.clear();
+    place = Place::Root;
+    return added;
+}
+
+void StrictDocument::checkAttributes(const Refusal& refusal, const std::vector<Attribute>& attributes) const {
+    for (const Attribute& attribute : attributes) {
+        refusal.unlessName(attribute.name(), "an attribute's name");
+        refusal.unlessText(unitsOf(attribute.value), "the value of an attribute");
+    }
+    std::vector<Units> names(attributes.size());
+    std::transform(attributes.begin(), attributes.end(), names.begin(),
+                   [](const Attribute& a) { return a.name(); });
+    std::sort(names.begin(), names.end(), isLess);
+    const auto repeated = std::adjacent_find(names.begin(), names.end(), isSame);
+    if (repeated != names.end())
+        refusal.because("twice the attribute", *repeated);
+}
+
+void StrictDocument::checkDeclaredAttributes(const Refusal& refusal, Units element,
+                                             const std::vector<Attribute>& attributes) const {
+    const StrictDoctype::Attributes* declared = doctype.attributesOf(element);
+    std::size_t defaultsLeft = 0;
+    if (declared)
+        defaultsLeft = static_cast<std::size_t>(std::count_if(
+            declared->begin(), declared->end(), [](const auto& entry) { return entry.second.hasDefault; }));
+    for (const Attribute& attribute : attributes) {
+        const StrictDoctype::Attribute* rule = nullptr;
+        if (declared) {
+            const auto found = declared->find(copyOf(attribute.name()));
+            rule = found == declared->end() ? nullptr : &found->second;
+        }
+        const Units type = unitsOf(attribute.type);
+        if (rule ? !isSame(type, rule->type) : !equals(type, "CDATA"))
+            refusal.because("a type that was not declared, of the attribute", attribute.name());
+        if (rule && rule->isTokenized() && !isTokenList(unitsOf(attribute.value)))
+            refusal.because("spaces that would be taken away, in the attribute", attribute.name());
+        defaultsLeft -= rule && rule->hasDefault;
+    }
+    if (defaultsLeft != 0)
+        refusal.because("an attribute is missing that has a default, in the element", element);
+}
+
+void StrictDocument::bind(const Refusal& refusal, Units prefix, Units uri) {
+    if (!isLegalBinding(prefix, uri))
+        refusal.because("reserved or empty names, for the prefix", prefix);
+    namespaces_.bind({copyOf(prefix), copyOf(uri), depth() + 1});
+}
+
+StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
+                                                        const std::vector<Attribute>& attributes) {
+    for (const Attribute& attribute : attributes) {
+        if (!isNamespaceDeclaration(attribute.name()))
+            continue;
+        const QualifiedName name(attribute.name());
+        bind(refusal, name.hasColon ? name.localName : Units(), unitsOf(attribute.value));
+    }
+    Bindings added;
+    for (const StrictNamespaces::Binding& mapping : announced_) {
+        const StrictNamespaces::Binding* brought = namespaces_.broughtAt(depth() + 1, mapping.prefix);
+        if (brought && !isSame(brought->uri, mapping.uri))
+            refusal.because("an attribute declares something else, for the prefix", mapping.prefix);
+        if (!brought)
+            added.push_back(mapping);
+    }
+    for (const StrictNamespaces::Binding& mapping : added)
+        namespaces_.bind(mapping);
+    return added;
+}
+
+void StrictDocument::checkExpandedNames(const Refusal& refusal, const XmlString& uri,
+                                        const XmlString& localName, const XmlString& qName,
+                                        const std::vector<Attribute>& attributes) const {
+    checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), unitsOf(qName), false);
+    std::vector<std::pair<Units, Units>> names; // of the attributes in a namespace
+    for (const Attribute& attribute : attributes) {
+        if (isNamespaceDeclaration(attribute.name()))
+            continue;
+        checkExpandedName(refusal, unitsOf(attribute.uri), unitsOf(attribute.localName), attribute.name(),
+                          true);
+        const QualifiedName name(attribute.name());
+        if (name.hasColon)
+            names.emplace_back(*namespaces_.uriOf(name.prefix), name.localName);
+    }
+    const auto isLessPair = [](const auto& left, const auto& right) {
+        return isSame(left.first, right.first) ? isLess(left.second, right.second)
+                                               : isLess(left.first, right.first);
+    };
+    std::sort(names.begin(), names.end(), isLessPair);
+    const auto repeated =
+        std::adjacent_find(names.begin(), names.end(), [](const auto& left, const auto& right) {
+            return isSame(left.first, right.first) && isSame(left.second, right.second);
+        });
+    if (repeated != names.end())
+        refusal.because("twice, by two prefixes, the attribute", repeated->second);
+}
+
+void StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
+                                       bool isAttribute) const {
+    const QualifiedName name(qName);
+    if (name.hasColon) {
+        refusal.unlessName(name.prefix, "a prefix");
+        refusal.unlessName(name.localName, "a local name");
+        if (std::find(name.localName.begin(), name.localName.end(), ':') != name.localName.end())
+            refusal.character(':', "a local name");
+    }
+    const bool isInNoNamespace = isAttribute && !name.hasColon; // the default namespace is not for attributes
+    const std::optional<Units> bound = isInNoNamespace ? Units() : namespaces_.uriOf(name.prefix);
+    if (!bound)
+        refusal.because("no namespace is bound to the prefix of", qName);
+    if (isAttribute && uri.empty() && localName.empty())
+        return; // a list without expanded names
+    if (!isSame(*bound, uri))
+        refusal.because("another namespace is bound to the prefix of", qName);
+    if (!isSame(name.localName, localName))
+        refusal.because("the local name is not that of", qName);
+}
+
+void StrictDocument::close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
+                           const XmlString& qName) {
+    if (place != Place::Root)
+        refusal.because("no element is open");
+    if (!entities_.empty() && depth() == entities_.back().depth)
+        refusal.because("the element began outside the entity", entities_.back().name);
+    const Units name = unitsOf(qName);
+    if (!isSame(name, innermostName()))
+        refusal.because("the open element is", innermostName());
+    const bool isPlain = unitsOf(uri).empty() && unitsOf(localName).empty();
+    if (!isPlain && !isSuppressed())
+        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name, false);
+    popName();
+    namespaces_.leave(depth());
+    if (depth() == 0)
+        place = Place::Epilog;
+}
+
+void StrictDocument::openEntity(Units name, bool suppresses) {
+    entities_.push_back({copyOf(name), depth(), suppresses});
+    suppressing_ += suppresses;
+}
+
+void StrictDocument::closeEntity(const Refusal& refusal, Units name) {
+    if (entities_.empty() || !isSame(entities_.back().name, name))
+        refusal.because("not the entity that began last:", name);
+    if (entities_.back().depth != depth())
+        refusal.because("an element is open that began inside the entity", name);
+    suppressing_ -= entities_.back().suppresses;
+    entities_.pop_back();
+}
+
+Units StrictDocument::innermostName() const noexcept {
+    return Units(names_).subspan(nameStarts_.back());
+}
+
+void StrictDocument::pushName(Units name) {
+    nameStarts_.push_back(names_.size());
+    names_.insert(names_.end(), name.begin(), name.end());
+}
+
+void StrictDocument::popName() {
+    names_.resize(nameStarts_.back());
+    nameStarts_.pop_back();
+}
+
+} // namespace Quillon::Xml::Sax

@@ -1,0 +1,98 @@
+#ifndef ZUTARNEX_XML_SAX_WRITER_STRICTDOCUMENTINTERNAL_H
+#define ZUTARNEX_XML_SAX_WRITER_STRICTDOCUMENTINTERNAL_H
+
+#include "xml/XmlString.h"
+#include "xml/sax/writer/StrictDoctypeInternal.h"
+#include "xml/sax/writer/StrictNamespacesInternal.h"
+#include "xml/sax/writer/StrictRefusalInternal.h"
+
+#include <vector>
+
+namespace Quillon::Xml::Sax {
+
+/// Where a StrictWriter stands in its document: what is open, and what may come next. Each operation refuses first and
+/// changes something only then.
+class StrictDocument {
+public:
+    enum class Place { Outside, Prolog, Doctype, AfterDoctype, Root, Epilog };
+
+    /// One attribute of a start tag; the strings of a foreign list are fetched once and kept as long as it is checked.
+    struct Attribute {
+        XmlString uri, localName, qName, type, value;
+
+        Units name() const { return unitsOf(qName); }
+    };
+
+    Place place = Place::Outside;
+    bool spaceOutsideRoot = false;
+    bool inSection = false;
+    unsigned int brackets = 0; ///< `]` at the end of the section so far
+    char32_t lastCharacter = 0x10FFFF;
+    const char* encoding = nullptr;
+    StrictDoctype doctype;
+
+    void begin(const char* encodingName);
+
+    /// What every event starts with.
+    enum class After { Anything, Mapping, EndOfElement };
+    Refusal enter(const char* event, After after = After::Anything) const;
+    /// The same for what may not stand in a CDATA section.
+    Refusal enterMarkup(const char* event, After after = After::Anything) const;
+
+    bool isSuppressed() const noexcept { return suppressing_ != 0; }
+
+    void announceMapping(const Refusal& refusal, Units prefix, Units uri);
+    void endMapping(const Refusal& refusal, Units prefix);
+
+    /// Checks a start tag and opens the element. Returns the bindings that no attribute declares.
+    using Bindings = std::vector<StrictNamespaces::Binding>;
+    Bindings open(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
+                  const XmlString& qName, const std::vector<Attribute>& attributes, bool checksTypes);
+    void close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
+               const XmlString& qName);
+
+    /// `suppresses`: the content is not written.
+    void openEntity(Units name, bool suppresses);
+    void closeEntity(const Refusal& refusal, Units name);
+    bool isInsideEntity() const noexcept { return !entities_.empty(); }
+
+private:
+    struct OpenEntity {
+        OwnedUnits name;
+        std::size_t depth; ///< how many elements were open
+        bool suppresses;
+    };
+    struct Mapping {
+        OwnedUnits prefix;
+        std::size_t depth;
+    };
+
+    std::size_t depth() const noexcept { return nameStarts_.size(); }
+    Units innermostName() const noexcept;
+    void pushName(Units name);
+    void popName();
+
+    void checkPlaceOfElement(const Refusal& refusal) const;
+    void checkAttributes(const Refusal& refusal, const std::vector<Attribute>& attributes) const;
+    void checkDeclaredAttributes(const Refusal& refusal, Units element,
+                                 const std::vector<Attribute>& attributes) const;
+    Bindings bindNamespaces(const Refusal& refusal, const std::vector<Attribute>& attributes);
+    void bind(const Refusal& refusal, Units prefix, Units uri);
+    void checkExpandedNames(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
+                            const XmlString& qName, const std::vector<Attribute>& attributes) const;
+    void checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
+                           bool isAttribute) const;
+    bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.back().depth > depth(); }
+
+    OwnedUnits names_; ///< of the open elements, one behind the other
+    std::vector<std::size_t> nameStarts_;
+    StrictNamespaces namespaces_;
+    Bindings announced_;          ///< by startPrefixMapping, for the next element
+    std::vector<Mapping> mapped_; ///< announced and not ended, in the order of their elements
+    std::vector<OpenEntity> entities_;
+    std::size_t suppressing_ = 0;
+};
+
+} // namespace Quillon::Xml::Sax
+
+#endif

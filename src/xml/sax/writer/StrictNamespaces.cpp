@@ -1,0 +1,70 @@
+#include "xml/sax/writer/StrictNamespacesInternal.h"
+
+#include "xml/Utf16LiteralInternal.h"
+
+#include <algorithm>
+
+namespace Quillon::Xml::Sax {
+
+namespace {
+
+template <std::size_t N>
+constexpr Units unitsOf(const Utf16Literal<N>& literal) noexcept {
+    return Units(literal.units, N - 1);
+}
+
+constexpr Utf16Literal kXmlLiteral(u"xml");
+constexpr Utf16Literal kXmlnsLiteral(u"xmlns");
+constexpr Utf16Literal kXmlUriLiteral(u"http://www.w3.org/XML/1998/namespace");
+constexpr Utf16Literal kXmlnsUriLiteral(u"http://www.w3.org/2000/xmlns/");
+constexpr Units kXml = unitsOf(kXmlLiteral), kXmlns = unitsOf(kXmlnsLiteral);
+constexpr Units kXmlUri = unitsOf(kXmlUriLiteral), kXmlnsUri = unitsOf(kXmlnsUriLiteral);
+
+} // namespace
+
+void StrictNamespaces::leave(std::size_t depth) {
+    while (!bindings_.empty() && bindings_.back().depth > depth)
+        bindings_.pop_back();
+}
+
+std::optional<Units> StrictNamespaces::uriOf(Units prefix) const {
+    const auto found = std::find_if(bindings_.rbegin(), bindings_.rend(),
+                                    [&](const Binding& binding) { return isSame(binding.prefix, prefix); });
+    if (found != bindings_.rend())
+        return found->uri;
+    if (isSame(prefix, kXml))
+        return kXmlUri;
+    return prefix.empty() ? std::optional<Units>(Units()) : std::nullopt;
+}
+
+const StrictNamespaces::Binding* StrictNamespaces::broughtAt(std::size_t depth, Units prefix) const {
+    for (auto binding = bindings_.rbegin(); binding != bindings_.rend() && binding->depth == depth; ++binding)
+        if (isSame(binding->prefix, prefix))
+            return &*binding;
+    return nullptr;
+}
+
+bool isLegalBinding(Units prefix, Units uri) noexcept {
+    if (isSame(prefix, kXmlns) || isSame(uri, kXmlnsUri) || isSame(prefix, kXml) != isSame(uri, kXmlUri))
+        return false;
+    return prefix.empty() || !uri.empty();
+}
+
+QualifiedName::QualifiedName(Units name) noexcept {
+    const auto colon = std::find(name.begin(), name.end(), ':');
+    hasColon = colon != name.end();
+    const auto prefixLength = static_cast<std::size_t>(colon - name.begin());
+    prefix = hasColon ? name.first(prefixLength) : Units();
+    localName = hasColon ? name.subspan(prefixLength + 1) : name;
+}
+
+bool isNamespaceDeclaration(Units attributeName) noexcept {
+    const QualifiedName name(attributeName);
+    return isSame(name.hasColon ? name.prefix : name.localName, kXmlns);
+}
+
+bool isNamespaceOfDeclarations(Units uri) noexcept {
+    return isSame(uri, kXmlnsUri);
+}
+
+} // namespace Quillon::Xml::Sax

@@ -1,0 +1,53 @@
+#ifndef ZUTARNEX_XML_SAX_WRITER_STRICTNAMESPACESINTERNAL_H
+#define ZUTARNEX_XML_SAX_WRITER_STRICTNAMESPACESINTERNAL_H
+
+#include "xml/sax/writer/StrictRefusalInternal.h"
+
+#include <optional>
+#include <vector>
+
+namespace Quillon::Xml::Sax {
+
+/// Which prefix stands for which namespace in the elements that are open.
+class StrictNamespaces {
+public:
+    struct Binding {
+        OwnedUnits prefix; ///< empty: the default namespace
+        OwnedUnits uri;    ///< empty: none
+        std::size_t depth; ///< of the element that brought it
+    };
+
+    void clear() { bindings_.clear(); }
+
+    void bind(Binding binding) { bindings_.push_back(std::move(binding)); }
+    /// Forgets what elements deeper than `depth` have brought.
+    void leave(std::size_t depth);
+
+    /// Nothing when the prefix is not bound; the empty prefix always is, at first to "", and `xml` to its namespace.
+    std::optional<Units> uriOf(Units prefix) const;
+    /// The one that the element of that depth has brought itself; null when it has not.
+    const Binding* broughtAt(std::size_t depth, Units prefix) const;
+
+private:
+    std::vector<Binding> bindings_;
+};
+
+/// Whether Namespaces in XML lets a document declare that (its constraints on reserved and empty names).
+bool isLegalBinding(Units prefix, Units uri) noexcept;
+
+/// What stands before the first colon of a qualified name, and what behind it.
+struct QualifiedName {
+    Units prefix, localName;
+    bool hasColon;
+
+    explicit QualifiedName(Units name) noexcept;
+};
+
+/// `xmlns` or `xmlns:...`.
+bool isNamespaceDeclaration(Units attributeName) noexcept;
+/// The namespace that such attributes belong to where a reader says so.
+bool isNamespaceOfDeclarations(Units uri) noexcept;
+
+} // namespace Quillon::Xml::Sax
+
+#endif

@@ -1,0 +1,72 @@
+#ifndef ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
+#define ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
+
+#include "xml/XmlString.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace Quillon::Xml::Sax {
+
+using Units = std::span<const unsigned short>;
+
+/// The units of a string; none for a null one, whatever its size says.
+inline Units unitsOf(const XmlString& string) noexcept {
+    const unsigned short* data = string.data();
+    return data ? Units(data, string.size()) : Units();
+}
+
+using OwnedUnits = std::vector<unsigned short>;
+
+inline OwnedUnits copyOf(Units units) {
+    return OwnedUnits(units.begin(), units.end());
+}
+
+inline bool isSame(Units left, Units right) noexcept {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end());
+}
+
+/// A character of XML 1.0 (production 2).
+constexpr bool isXmlCharacter(char32_t c) noexcept {
+    return (c >= 0x20 && c <= 0xD7FF) || c == 0x9 || c == 0xA || c == 0xD || (c >= 0xE000 && c <= 0xFFFD)
+           || (c >= 0x10000 && c <= 0x10FFFF);
+}
+
+constexpr bool isXmlSpace(char32_t c) noexcept {
+    return c == 0x20 || c == 0x9 || c == 0xA || c == 0xD;
+}
+
+/// The character at `index`, which moves behind it; a lone surrogate is itself. REQUIRES: index < units.size().
+char32_t nextCharacter(Units units, std::size_t& index) noexcept;
+
+/// Looks at what an event brings and throws the SaxException that names the event and what is wrong with it.
+class Refusal {
+public:
+    /// `lastCharacter`: the highest one that the encoding holds.
+    Refusal(const char* event, char32_t lastCharacter) noexcept
+        : event_(event), lastCharacter_(lastCharacter) {}
+
+    [[noreturn]] void because(const char* reason) const;
+    /// The same with a name behind the reason.
+    [[noreturn]] void because(const char* reason, Units name) const;
+    [[noreturn]] void character(char32_t c, const char* place) const;
+
+    /// Characters of XML, whatever the encoding: text that may hold character references.
+    void unlessText(Units units, const char* place) const;
+    /// Characters that can stand as they are and come back unchanged: no carriage return, none that the encoding lacks.
+    void unlessVerbatim(Units units, const char* place) const;
+    void unlessName(Units units, const char* place) const;
+    /// Null identifiers are left to the caller.
+    void unlessSystemLiteral(Units units) const;
+    void unlessPublicLiteral(Units units) const;
+
+private:
+    const char* event_;
+    char32_t lastCharacter_;
+};
+
+} // namespace Quillon::Xml::Sax
+
+#endif

@@ -1,0 +1,662 @@
+#include "xml/sax/writer/StrictWriter.h"
+
+#include "support/HostFixture.h"
+#include "support/Text.h"
+#include "xml/sax/AttributesImpl.h"
+#include "xml/sax/SaxNotSupportedException.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace Quillon::Xml::Sax {
+namespace {
+
+using Testing::show;
+using Testing::text;
+
+/// A writer that is driven by literals.
+class Driver {
+public:
+    explicit Driver(const char* encoding = "UTF-8") : writer(out) { writer.setEncoding(encoding); }
+
+    std::ostringstream out;
+    StrictWriter writer;
+
+    struct Attribute {
+        const char16_t *uri, *localName, *qName, *value;
+        const char16_t* type = u"CDATA";
+    };
+
+    Driver& document() { return writer.startDocument(), *this; }
+    Driver& end() { return writer.endDocument(), *this; }
+    Driver& map(const char16_t* prefix, const char16_t* uri) {
+        return writer.startPrefixMapping(text(prefix), text(uri)), *this;
+    }
+    Driver& unmap(const char16_t* prefix) { return writer.endPrefixMapping(text(prefix)), *this; }
+    Driver& start(const char16_t* name, const std::vector<Attribute>& list = {}) {
+        return start(u"", name, name, list);
+    }
+    Driver& start(const char16_t* uri, const char16_t* localName, const char16_t* qName,
+                  const std::vector<Attribute>& list = {}) {
+        AttributesImpl attributes;
+        for (const Attribute& a : list)
+            attributes.addAttribute(text(a.uri), text(a.localName), text(a.qName), text(a.type),
+                                    text(a.value));
+        writer.startElement(text(uri), text(localName), text(qName), attributes);
+        return *this;
+    }
+    Driver& stop(const char16_t* name) { return stop(u"", name, name); }
+    Driver& stop(const char16_t* uri, const char16_t* localName, const char16_t* qName) {
+        return writer.endElement(text(uri), text(localName), text(qName)), *this;
+    }
+    Driver& chars(const std::u16string& units) {
+        const std::vector<unsigned short> copy(units.begin(), units.end());
+        return writer.characters(copy.data(), 0, static_cast<unsigned int>(copy.size())), *this;
+    }
+    Driver& comment(const std::u16string& units) {
+        const std::vector<unsigned short> copy(units.begin(), units.end());
+        return writer.comment(copy.data(), 0, static_cast<unsigned int>(copy.size())), *this;
+    }
+    Driver& pi(const char16_t* target, const char16_t* data) {
+        return writer.processingInstruction(text(target), text(data)), *this;
+    }
+    Driver& dtd(const char16_t* name, const char16_t* publicId = nullptr,
+                const char16_t* systemId = nullptr) {
+        return writer.startDTD(text(name), text(publicId), text(systemId)), *this;
+    }
+    Driver& endDtd() { return writer.endDTD(), *this; }
+
+    /// What came behind the XML declaration.
+    std::string body() const {
+        const std::string all = out.str();
+        const std::size_t end = all.starts_with("<?xml ") ? all.find('\n') + 1 : 0;
+        return all.substr(end);
+    }
+};
+
+class StrictWriterTest : public Testing::HostFixture {
+protected:
+    /// The messages of exceptions; they and the state of streams come and go.
+    void warmUp() override { Driver(); }
+
+    /// `event` must be refused with `message`, and leave what was written as it was.
+    static void expectRefused(Driver& driver, const std::string& message,
+                              const std::function<void()>& event) {
+        const std::string before = driver.out.str();
+        try {
+            event();
+            ADD_FAILURE() << "not refused; expected: " << message << "\nwritten: " << driver.out.str();
+        } catch (const SaxException& refusal) {
+            EXPECT_EQ(message, show(refusal.getMessage()));
+            EXPECT_EQ(before, driver.out.str()) << message;
+        }
+    }
+};
+
+TEST_F(StrictWriterTest, WritesADocument) {
+    Driver d;
+    d.document()
+        .start(u"a", {{u"", u"b", u"b", u"1"}})
+        .chars(u"x<&>\"'")
+        .start(u"c")
+        .stop(u"c")
+        .stop(u"a")
+        .end();
+    EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a b=\"1\">x&lt;&amp;&gt;\"'<c></c></a>\n\n",
+              d.out.str());
+}
+
+TEST_F(StrictWriterTest, UsAsciiHasNoDeclarationAndNullEncodingIsUtf8) {
+    Driver ascii("US-ASCII");
+    ascii.document().start(u"a").stop(u"a").end();
+    EXPECT_EQ("<a></a>\n\n", ascii.out.str());
+    Driver null(nullptr);
+    null.document().start(u"a").chars(u"\u20AC").stop(u"a").end();
+    EXPECT_EQ("<a>\xE2\x82\xAC</a>\n\n", null.out.str());
+}
+
+TEST_F(StrictWriterTest, AnyOtherEncodingIsNotSupported) {
+    for (const char* name : {"UTF-16", "utf-8", "EUC-KR"}) {
+        Driver d(name);
+        try {
+            d.document();
+            ADD_FAILURE() << name;
+        } catch (const SaxNotSupportedException& refusal) {
+            EXPECT_EQ(std::string("startDocument: encoding ") + name, show(refusal.getMessage()));
+        }
+        EXPECT_EQ("", d.out.str());
+    }
+}
+
+TEST_F(StrictWriterTest, CharactersThatTheEncodingLacksBecomeReferences) {
+    Driver ascii("US-ASCII");
+    ascii.document()
+        .start(u"a", {{u"", u"b", u"b", u"\u00E9\U0001F600"}})
+        .chars(u"\u00FF\u20AC\U0001F600")
+        .stop(u"a");
+    EXPECT_EQ("<a b=\"&#xE9;&#x1F600;\">&#xFF;&#x20AC;&#x1F600;</a>", ascii.body());
+    Driver latin("ISO-8859-1");
+    latin.document().start(u"a", {{u"", u"b", u"b", u"\u00E9\u0100"}}).chars(u"\u00FF\u20AC").stop(u"a");
+    EXPECT_EQ("<a b=\"\xE9&#x100;\">\xFF&#x20AC;</a>", latin.body());
+}
+
+TEST_F(StrictWriterTest, WhatAParserWouldNormaliseBecomesReferences) {
+    Driver d;
+    d.document().start(u"a", {{u"", u"b", u"b", u" \t\n\r\"<&>' "}}).chars(u"\t\n\r").stop(u"a");
+    EXPECT_EQ("<a b=\" &#9;&#10;&#13;&quot;&lt;&amp;&gt;' \">\t\n&#13;</a>", d.body());
+}
+
+TEST_F(StrictWriterTest, SectionsAreSplitWhereTheyMustBe) {
+    Driver d("ISO-8859-1");
+    d.document().start(u"a");
+    d.writer.startCDATA();
+    d.chars(u"a]]>b]").chars(u"]").chars(u">c\rd\u20ACe]]]>");
+    d.writer.endCDATA();
+    d.stop(u"a");
+    EXPECT_EQ("<a><![CDATA[a]]]]><![CDATA[>b]]]]><![CDATA[>c]]>&#13;<![CDATA[d]]>&#x20AC;<![CDATA[e]]]]]><!["
+              "CDATA[>]]></a>",
+              d.body());
+}
+
+TEST_F(StrictWriterTest, BracketsBeforeASectionDoNotCount) {
+    Driver d;
+    d.document().start(u"a").chars(u"]]");
+    d.writer.startCDATA();
+    d.chars(u">");
+    d.writer.endCDATA();
+    EXPECT_EQ("<a>]]<![CDATA[>]]>", d.body());
+}
+
+TEST_F(StrictWriterTest, EntityValuesGoOutAsReplacementText) {
+    Driver d("US-ASCII");
+    d.document().dtd(u"a");
+    d.writer.internalEntityDecl(text(u"e"), text(u"&x;%p;\"'<\r\n\u00E9"));
+    d.writer.internalEntityDecl(text(u"%p"), text(u"<!-- -->"));
+    d.endDtd();
+    EXPECT_EQ("<!DOCTYPE a [\n<!ENTITY e \"&#38;x;&#37;p;&#34;'<&#13;\n&#xE9;\">\n"
+              "<!ENTITY % p \"<!-- -->\">\n]>\n",
+              d.body());
+}
+
+TEST_F(StrictWriterTest, DeclarationsHaveTheirSpaces) {
+    Driver d;
+    d.document().dtd(u"a", u"p", u"s");
+    d.writer.externalEntityDecl(text(u"x"), text(u"-//P//EN"), text(u"x.ent"));
+    d.writer.externalEntityDecl(text(u"%y"), text(nullptr), text(u"a\"b"));
+    d.writer.unparsedEntityDecl(text(u"u"), text(u"p"), text(u"u.gif"), text(u"n"));
+    d.writer.notationDecl(text(u"n"), text(u"p"), text(nullptr));
+    d.writer.notationDecl(text(u"o"), text(u"p"), text(u"s"));
+    d.writer.notationDecl(text(u"q"), text(nullptr), text(u"s"));
+    d.writer.elementDecl(text(u"a"), text(u"(#PCDATA|b)*"));
+    d.writer.attributeDecl(text(u"a"), text(u"b"), text(u"CDATA"), text(u"#IMPLIED"), text(nullptr));
+    d.writer.attributeDecl(text(u"a"), text(u"c"), text(u"(x|y)"), text(nullptr), text(u"x"));
+    d.writer.attributeDecl(text(u"a"), text(u"d"), text(u"CDATA"), text(u"#FIXED"), text(u"<\n"));
+    d.endDtd();
+    EXPECT_EQ("<!DOCTYPE a PUBLIC \"p\" \"s\" [\n"
+              "<!ENTITY x PUBLIC \"-//P//EN\" \"x.ent\">\n"
+              "<!ENTITY % y SYSTEM 'a\"b'>\n"
+              "<!ENTITY u PUBLIC \"p\" \"u.gif\" NDATA n>\n"
+              "<!NOTATION n PUBLIC \"p\">\n"
+              "<!NOTATION o PUBLIC \"p\" \"s\">\n"
+              "<!NOTATION q SYSTEM \"s\">\n"
+              "<!ELEMENT a (#PCDATA|b)*>\n"
+              "<!ATTLIST a b CDATA #IMPLIED>\n"
+              "<!ATTLIST a c (x|y) \"x\">\n"
+              "<!ATTLIST a d CDATA #FIXED \"&lt;&#10;\">\n"
+              "]>\n",
+              d.body());
+}
+
+TEST_F(StrictWriterTest, TheExternalSubsetStaysOutside) {
+    Driver d;
+    d.document().dtd(u"a", nullptr, u"a.dtd");
+    d.writer.startEntity(text(u"[dtd]"));
+    d.writer.elementDecl(text(u"a"), text(u"ANY"));
+    d.comment(u" c ");
+    d.writer.endEntity(text(u"[dtd]"));
+    d.endDtd().start(u"a").stop(u"a");
+    EXPECT_EQ("<!DOCTYPE a SYSTEM \"a.dtd\" [\n\n]>\n<a></a>", d.body());
+}
+
+TEST_F(StrictWriterTest, ExternalEntitiesAreReferences) {
+    Driver d;
+    d.document().dtd(u"a");
+    d.writer.externalEntityDecl(text(u"%p"), text(nullptr), text(u"p.ent"));
+    d.writer.startEntity(text(u"%p"));
+    d.writer.externalEntityDecl(text(u"e"), text(nullptr), text(u"e.ent"));
+    d.writer.endEntity(text(u"%p"));
+    d.endDtd().start(u"a");
+    d.writer.startEntity(text(u"e"));
+    d.start(u"b").chars(u"hidden").stop(u"b");
+    d.writer.startCDATA();
+    d.writer.endCDATA();
+    d.writer.endEntity(text(u"e"));
+    d.writer.startCDATA(); // boundaries of entities silence nothing
+    d.chars(u"<");
+    d.writer.endCDATA();
+    d.stop(u"a");
+    EXPECT_EQ("<!DOCTYPE a [\n<!ENTITY % p SYSTEM \"p.ent\">\n%p;\n]>\n<a>&e;<![CDATA[<]]></a>", d.body());
+}
+
+TEST_F(StrictWriterTest, ExpandingEntitiesWritesTheirContent) {
+    Driver d;
+    d.writer.expandingEntities(true);
+    d.document().dtd(u"a", nullptr, u"a.dtd");
+    d.writer.startEntity(text(u"[dtd]"));
+    d.writer.elementDecl(text(u"a"), text(u"ANY"));
+    d.writer.endEntity(text(u"[dtd]"));
+    d.endDtd().start(u"a");
+    d.writer.startEntity(text(u"e"));
+    d.start(u"b").stop(u"b");
+    d.writer.endEntity(text(u"e"));
+    d.stop(u"a");
+    EXPECT_EQ("<!DOCTYPE a [\n<!ELEMENT a ANY>\n\n]>\n<a><b></b></a>", d.body());
+}
+
+TEST_F(StrictWriterTest, CanonicalModeWritesNoDocumentTypeAndNoSections) {
+    Driver d;
+    d.writer.setCanonical(true);
+    d.document().dtd(u"a");
+    d.writer.elementDecl(text(u"a"), text(u"ANY"));
+    d.comment(u"c").pi(u"p", u"d").endDtd().start(u"a");
+    d.writer.startCDATA();
+    d.chars(u"<");
+    d.writer.endCDATA();
+    d.stop(u"a").end();
+    EXPECT_EQ("<?p d?><a>&lt;</a>", d.out.str());
+}
+
+TEST_F(StrictWriterTest, MappingsWithoutAttributesAreWritten) {
+    Driver d;
+    d.document().map(u"p", u"urn:p&").map(u"", u"urn:d").start(u"urn:p&", u"a", u"p:a");
+    d.start(u"urn:d", u"b", u"b").stop(u"urn:d", u"b", u"b");
+    d.stop(u"urn:p&", u"a", u"p:a").unmap(u"p").unmap(u"").end();
+    EXPECT_EQ("<p:a xmlns:p=\"urn:p&amp;\" xmlns=\"urn:d\"><b></b></p:a>\n\n", d.body());
+}
+
+TEST_F(StrictWriterTest, MappingsWithAttributesAreNotWrittenTwice) {
+    Driver d;
+    d.document().map(u"p", u"urn:p").start(u"urn:p", u"a", u"p:a", {{u"", u"", u"xmlns:p", u"urn:p"}});
+    d.stop(u"urn:p", u"a", u"p:a").unmap(u"p").end();
+    EXPECT_EQ("<p:a xmlns:p=\"urn:p\"></p:a>\n\n", d.body());
+}
+
+TEST_F(StrictWriterTest, NamesWithoutExpandedFormAreNotLookedUp) {
+    Driver d;
+    d.document().start(u"", u"", u"x:y:z", {{u"", u"", u"q:r", u"1"}}).stop(u"", u"", u"x:y:z").end();
+    EXPECT_EQ("<x:y:z q:r=\"1\"></x:y:z>\n\n", d.body());
+}
+
+TEST_F(StrictWriterTest, SpaceOutsideTheRootIsWrittenWhenAsked) {
+    Driver d;
+    d.writer.spaceOutsideRoot(true);
+    EXPECT_TRUE(d.writer.spaceOutsideRoot());
+    d.document().chars(u"\n").start(u"a").stop(u"a").chars(u"\n\t ");
+    EXPECT_EQ("\n<a></a>\n\t ", d.body());
+    expectRefused(d, "characters: U+0078 cannot stand in text outside the root", [&] { d.chars(u"x"); });
+}
+
+struct RefusalCase {
+    const char* message;
+    std::function<void(Driver&)> before, event;
+};
+
+/// A document in whose root the next event comes, and one in whose document type it does.
+void inRoot(Driver& d) {
+    d.document().start(u"a");
+}
+void inDoctype(Driver& d) {
+    d.document().dtd(u"a", nullptr, u"a.dtd");
+}
+void inProlog(Driver& d) {
+    d.document();
+}
+
+TEST_F(StrictWriterTest, RefusesWhatWouldNotReadBack) {
+    const RefusalCase cases[] = {
+        // characters and names
+        {"characters: U+0000 cannot stand in text", inRoot,
+         [](Driver& d) {
+             d.chars({u'a', 0});
+         }},
+        {"characters: U+000C cannot stand in text", inRoot, [](Driver& d) { d.chars(u"\f"); }},
+        {"characters: U+D800 cannot stand in text", inRoot,
+         [](Driver& d) {
+             d.chars({u'a', 0xD800});
+         }},
+        {"characters: U+DC00 cannot stand in text", inRoot,
+         [](Driver& d) {
+             d.chars({0xDC00, u'a'});
+         }},
+        {"characters: U+FFFE cannot stand in text", inRoot, [](Driver& d) { d.chars({0xFFFE}); }},
+        {"characters: no text, but a length", inRoot, [](Driver& d) { d.writer.characters(nullptr, 0, 1); }},
+        {"ignorableWhitespace: U+0078 cannot stand in white space", inRoot,
+         [](Driver& d) {
+             const unsigned short x[] = {' ', 'x'};
+             d.writer.ignorableWhitespace(x, 0, 2);
+         }},
+        {"startElement: U+0020 cannot stand in an element's name", inRoot,
+         [](Driver& d) { d.start(u"a b"); }},
+        {"startElement: U+0031 cannot stand in an element's name", inRoot, [](Driver& d) { d.start(u"1"); }},
+        {"startElement: U+10000 cannot stand in an element's name", inRoot,
+         [](Driver& d) { d.start(u"a\U00010000"); }},
+        {"startElement: nothing cannot be an element's name", inRoot, [](Driver& d) { d.start(u""); }},
+        {"startElement: nothing cannot be an element's name", inRoot, [](Driver& d) { d.start(nullptr); }},
+        {"startElement: nothing cannot be an attribute's name", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"", u"", u"", u"1"}});
+         }},
+        {"startElement: U+003C cannot stand in an attribute's name", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"", u"a<", u"a<", u"1"}});
+         }},
+        {"startElement: U+0001 cannot stand in the value of an attribute", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"", u"a", u"a", u"\x01"}});
+         }},
+        {"startElement: twice the attribute x", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"", u"x", u"x", u"1"}, {u"", u"y", u"y", u"1"}, {u"", u"x", u"x", u"2"}});
+         }},
+        {"startElement: a type that was not declared, of the attribute x", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"", u"x", u"x", u"1", u"ID"}});
+         }},
+        // comments and instructions
+        {"comment: U+002D cannot stand in a comment before a hyphen or at its end", inRoot,
+         [](Driver& d) { d.comment(u"a--b"); }},
+        {"comment: U+002D cannot stand in a comment before a hyphen or at its end", inRoot,
+         [](Driver& d) { d.comment(u"a-"); }},
+        {"comment: U+000D cannot stand in a comment", inRoot, [](Driver& d) { d.comment(u"\r"); }},
+        {"processingInstruction: reserved is the target xMl", inRoot, [](Driver& d) { d.pi(u"xMl", u""); }},
+        {"processingInstruction: U+003E cannot stand in an instruction behind a U+003F", inRoot,
+         [](Driver& d) { d.pi(u"p", u"a?>"); }},
+        {"processingInstruction: U+0020 cannot stand in the first place of an instruction", inRoot,
+         [](Driver& d) { d.pi(u"p", u" a"); }},
+        {"processingInstruction: nothing cannot be the target of an instruction", inRoot,
+         [](Driver& d) { d.pi(nullptr, u"a"); }},
+        // structure
+        {"startElement: no document has been started", [](Driver&) {}, [](Driver& d) { d.start(u"a"); }},
+        {"startElement: behind the end of the root element",
+         [](Driver& d) { d.document().start(u"a").stop(u"a"); }, [](Driver& d) { d.start(u"b"); }},
+        {"startElement: inside the document type", inDoctype, [](Driver& d) { d.start(u"a"); }},
+        {"endElement: the open element is a", inRoot, [](Driver& d) { d.stop(u"b"); }},
+        {"endElement: no element is open", inProlog, [](Driver& d) { d.stop(u"a"); }},
+        {"endDocument: the root element is missing or still open", inRoot, [](Driver& d) { d.end(); }},
+        {"endDocument: the root element is missing or still open", inProlog, [](Driver& d) { d.end(); }},
+        {"endDocument: no document has been started",
+         [](Driver& d) { d.document().start(u"a").stop(u"a").end(); }, [](Driver& d) { d.end(); }},
+        {"characters: U+0020 cannot stand in text outside the root", inProlog,
+         [](Driver& d) { d.chars(u" "); }},
+        {"characters: U+0078 cannot stand in text outside the root", inDoctype,
+         [](Driver& d) { d.chars(u"x"); }},
+        {"startCDATA: outside the root element", inProlog, [](Driver& d) { d.writer.startCDATA(); }},
+        {"endCDATA: no CDATA section is open", inRoot, [](Driver& d) { d.writer.endCDATA(); }},
+        {"startElement: a CDATA section holds text only",
+         [](Driver& d) {
+             inRoot(d);
+             d.writer.startCDATA();
+         },
+         [](Driver& d) { d.start(u"b"); }},
+        {"startCDATA: a CDATA section holds text only",
+         [](Driver& d) {
+             inRoot(d);
+             d.writer.startCDATA();
+         },
+         [](Driver& d) { d.writer.startCDATA(); }},
+        // namespaces
+        {"startElement: no namespace is bound to the prefix of p:b", inRoot,
+         [](Driver& d) { d.start(u"urn:p", u"b", u"p:b"); }},
+        {"startElement: another namespace is bound to the prefix of b", inRoot,
+         [](Driver& d) { d.start(u"urn:p", u"b", u"b"); }},
+        {"startElement: the local name is not that of b", inRoot,
+         [](Driver& d) { d.start(u"", u"c", u"b"); }},
+        {"startElement: no namespace is bound to the prefix of p:x", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"", u"", u"p:x", u"1"}});
+         }},
+        {"startElement: another namespace is bound to the prefix of x", inRoot,
+         [](Driver& d) {
+             d.start(u"b", {{u"urn:x", u"x", u"x", u"1"}});
+         }},
+        {"startElement: U+003A cannot stand in a local name", inRoot,
+         [](Driver& d) { d.start(u"", u"b:c", u"xml:b:c"); }},
+        {"startElement: twice, by two prefixes, the attribute x",
+         [](Driver& d) {
+             inRoot(d);
+             d.map(u"p", u"urn:x").map(u"q", u"urn:x");
+         },
+         [](Driver& d) {
+             d.start(u"", u"b", u"b", {{u"urn:x", u"x", u"p:x", u"1"}, {u"urn:x", u"x", u"q:x", u"1"}});
+         }},
+        {"startElement: an attribute declares something else, for the prefix p",
+         [](Driver& d) {
+             inRoot(d);
+             d.map(u"p", u"urn:x");
+         },
+         [](Driver& d) {
+             d.start(u"", u"b", u"b", {{u"", u"", u"xmlns:p", u"urn:y"}});
+         }},
+        {"startElement: reserved or empty names, for the prefix p", inRoot,
+         [](Driver& d) {
+             d.start(u"", u"b", u"b", {{u"", u"", u"xmlns:p", u""}});
+         }},
+        {"startPrefixMapping: reserved or empty names, for the prefix xmlns", inRoot,
+         [](Driver& d) { d.map(u"xmlns", u"urn:x"); }},
+        {"startPrefixMapping: twice for one element, for the prefix p",
+         [](Driver& d) {
+             inRoot(d);
+             d.map(u"p", u"urn:x");
+         },
+         [](Driver& d) { d.map(u"p", u"urn:x"); }},
+        {"characters: no element follows the mapping of the prefix p",
+         [](Driver& d) {
+             inRoot(d);
+             d.map(u"p", u"urn:x");
+         },
+         [](Driver& d) { d.chars(u"x"); }},
+        {"endElement: the mapping has not been ended of the prefix p",
+         [](Driver& d) {
+             inRoot(d);
+             d.map(u"p", u"urn:x").start(u"b").stop(u"b");
+         },
+         [](Driver& d) { d.stop(u"a"); }},
+        {"endPrefixMapping: no mapping is to be ended of the prefix p", inRoot,
+         [](Driver& d) { d.unmap(u"p"); }},
+        // the document type
+        {"startDTD: behind another one, or behind the start of the root element", inRoot,
+         [](Driver& d) { d.dtd(u"a"); }},
+        {"startDTD: a public identifier without a system identifier", inProlog,
+         [](Driver& d) { d.dtd(u"a", u"p"); }},
+        {"startDTD: U+005B cannot stand in a public identifier here", inProlog,
+         [](Driver& d) { d.dtd(u"a", u"[", u"s"); }},
+        {"startDTD: U+0020 cannot stand in a public identifier here", inProlog,
+         [](Driver& d) { d.dtd(u"a", u"p  q", u"s"); }},
+        {"startDTD: a system identifier cannot hold both U+0022 and U+0027", inProlog,
+         [](Driver& d) { d.dtd(u"a", nullptr, u"\"'"); }},
+        {"endDTD: no document type is open", inRoot, [](Driver& d) { d.endDtd(); }},
+        {"elementDecl: outside the document type", inRoot,
+         [](Driver& d) { d.writer.elementDecl(text(u"a"), text(u"ANY")); }},
+        {"elementDecl: no content model: (a)b", inDoctype,
+         [](Driver& d) { d.writer.elementDecl(text(u"a"), text(u"(a)b")); }},
+        {"attributeDecl: no type of an attribute: ANY", inDoctype,
+         [](Driver& d) {
+             d.writer.attributeDecl(text(u"a"), text(u"b"), text(u"ANY"), text(u"#IMPLIED"), text(nullptr));
+         }},
+        {"attributeDecl: no mode of an attribute: IMPLIED", inDoctype,
+         [](Driver& d) {
+             d.writer.attributeDecl(text(u"a"), text(u"b"), text(u"ID"), text(u"IMPLIED"), text(nullptr));
+         }},
+        {"attributeDecl: the value does not go with the mode", inDoctype,
+         [](Driver& d) {
+             d.writer.attributeDecl(text(u"a"), text(u"b"), text(u"ID"), text(u"#FIXED"), text(nullptr));
+         }},
+        {"attributeDecl: spaces that would be taken away, in the default of b", inDoctype,
+         [](Driver& d) {
+             d.writer.attributeDecl(text(u"a"), text(u"b"), text(u"NMTOKENS"), text(nullptr), text(u"x  y"));
+         }},
+        {"internalEntityDecl: a parser does not report the declaration of lt", inDoctype,
+         [](Driver& d) { d.writer.internalEntityDecl(text(u"lt"), text(u"&#60;")); }},
+        {"internalEntityDecl: twice the entity e",
+         [](Driver& d) {
+             inDoctype(d);
+             d.writer.internalEntityDecl(text(u"e"), text(u"1"));
+         },
+         [](Driver& d) { d.writer.internalEntityDecl(text(u"e"), text(u"2")); }},
+        {"externalEntityDecl: an external entity without a system identifier", inDoctype,
+         [](Driver& d) { d.writer.externalEntityDecl(text(u"e"), text(u"p"), text(nullptr)); }},
+        {"externalEntityDecl: U+0023 cannot stand in the system identifier of an entity", inDoctype,
+         [](Driver& d) { d.writer.externalEntityDecl(text(u"e"), text(nullptr), text(u"a#b")); }},
+        {"notationDecl: no identifier for n", inDoctype,
+         [](Driver& d) { d.writer.notationDecl(text(u"n"), text(nullptr), text(nullptr)); }},
+        {"unparsedEntityDecl: U+0025 cannot stand in the name of an unparsed entity", inDoctype,
+         [](Driver& d) { d.writer.unparsedEntityDecl(text(u"%u"), text(nullptr), text(u"s"), text(u"n")); }},
+        // entities
+        {"skippedEntity: no declaration would make a parser skip the entity e", inRoot,
+         [](Driver& d) { d.writer.skippedEntity(text(u"e")); }},
+        {"skippedEntity: outside the root element", inProlog,
+         [](Driver& d) { d.writer.skippedEntity(text(u"e")); }},
+        {"startEntity: not declared as an external entity: e", inRoot,
+         [](Driver& d) { d.writer.startEntity(text(u"e")); }},
+        {"startEntity: not the place for the entity [dtd]", inRoot,
+         [](Driver& d) { d.writer.startEntity(text(u"[dtd]")); }},
+        {"endEntity: not the entity that began last: e", inRoot,
+         [](Driver& d) { d.writer.endEntity(text(u"e")); }},
+    };
+    for (const RefusalCase& c : cases) {
+        Driver driver;
+        c.before(driver);
+        expectRefused(driver, c.message, [&] { c.event(driver); });
+    }
+}
+
+TEST_F(StrictWriterTest, NamesAndCommentsThatTheEncodingLacksAreRefused) {
+    Driver d("US-ASCII");
+    d.document().start(u"a");
+    expectRefused(d, "startElement: U+00E9 cannot stand in an element's name", [&] { d.start(u"\u00E9"); });
+    expectRefused(d, "comment: U+20AC cannot stand in a comment", [&] { d.comment(u"\u20AC"); });
+    expectRefused(d, "processingInstruction: U+1F600 cannot stand in an instruction",
+                  [&] { d.pi(u"p", u"\U0001F600"); });
+    d.stop(u"a").end();
+}
+
+TEST_F(StrictWriterTest, ARefusedEventCanBeLeftOut) {
+    Driver d;
+    d.document().map(u"p", u"urn:p");
+    expectRefused(d, "startElement: no namespace is bound to the prefix of q:a",
+                  [&] { d.start(u"urn:q", u"a", u"q:a"); });
+    d.start(u"urn:p", u"a", u"p:a").stop(u"urn:p", u"a", u"p:a").unmap(u"p").end();
+    EXPECT_EQ("<p:a xmlns:p=\"urn:p\"></p:a>\n\n", d.body());
+}
+
+TEST_F(StrictWriterTest, DeclaredDefaultsAndTypesMustShow) {
+    const auto declared = [](Driver& d) {
+        d.document().dtd(u"a");
+        d.writer.attributeDecl(text(u"a"), text(u"x"), text(u"NMTOKENS"), text(nullptr), text(u"1"));
+        d.writer.attributeDecl(text(u"a"), text(u"y"), text(u"(p|q)"), text(u"#IMPLIED"), text(nullptr));
+        d.endDtd();
+    };
+    Driver d;
+    declared(d);
+    expectRefused(d, "startElement: an attribute is missing that has a default, in the element a",
+                  [&] { d.start(u"a"); });
+    expectRefused(d, "startElement: a type that was not declared, of the attribute x", [&] {
+        d.start(u"a", {{u"", u"x", u"x", u"1"}});
+    });
+    expectRefused(d, "startElement: spaces that would be taken away, in the attribute x", [&] {
+        d.start(u"a", {{u"", u"x", u"x", u"1  2", u"NMTOKENS"}});
+    });
+    d.start(u"a", {{u"", u"x", u"x", u"2", u"NMTOKENS"}, {u"", u"y", u"y", u"p", u"NMTOKEN"}});
+    EXPECT_TRUE(d.body().ends_with("<a x=\"2\" y=\"p\">")) << d.body();
+}
+
+TEST_F(StrictWriterTest, SkippedEntitiesNeedADeclarationThatIsNotRead) {
+    Driver d;
+    inDoctype(d);
+    d.writer.internalEntityDecl(text(u"i"), text(u"1"));
+    d.writer.externalEntityDecl(text(u"x"), text(nullptr), text(u"x.ent"));
+    d.endDtd().start(u"a");
+    d.writer.skippedEntity(text(u"x"));
+    d.writer.skippedEntity(text(u"inTheExternalSubset"));
+    expectRefused(d, "skippedEntity: no declaration would make a parser skip the entity i",
+                  [&] { d.writer.skippedEntity(text(u"i")); });
+    EXPECT_TRUE(d.body().ends_with("<a>&x;&inTheExternalSubset;")) << d.body();
+}
+
+TEST_F(StrictWriterTest, EntitiesNestLikeElements) {
+    Driver d;
+    inDoctype(d);
+    d.writer.externalEntityDecl(text(u"e"), text(nullptr), text(u"e.ent"));
+    d.endDtd().start(u"a");
+    d.writer.startEntity(text(u"e"));
+    expectRefused(d, "endElement: the element began outside the entity e", [&] { d.stop(u"a"); });
+    d.start(u"b");
+    expectRefused(d, "endEntity: an element is open that began inside the entity e",
+                  [&] { d.writer.endEntity(text(u"e")); });
+    d.stop(u"b");
+    d.writer.endEntity(text(u"e"));
+    d.stop(u"a").end();
+}
+
+TEST_F(StrictWriterTest, ContentModelsAreTakenInTheirPlainForm) {
+    for (const char16_t* model : {u"EMPTY", u"ANY", u"(#PCDATA)", u"(#PCDATA)*", u"(#PCDATA|a|b:c)*", u"(a)",
+                                  u"(a?,b*,(c|d)+)*", u"((a))", u"(a|(b,c))"}) {
+        Driver d;
+        inDoctype(d);
+        EXPECT_NO_THROW(d.writer.elementDecl(text(u"a"), text(model))) << show(text(model));
+    }
+    for (const char16_t* model :
+         {u"", u"empty", u"a", u"()", u"(a", u"(a))", u"(a,b|c)", u"(a,)", u"( a)", u"(#PCDATA|a)",
+          u"(#PCDATA|)*", u"(a,#PCDATA)", u"(a)**", u"(a)>", u"(1)"}) {
+        Driver d;
+        inDoctype(d);
+        EXPECT_THROW(d.writer.elementDecl(text(u"a"), text(model)), SaxException) << show(text(model));
+    }
+}
+
+TEST_F(StrictWriterTest, AttributeTypesAreTakenInTheirPlainForm) {
+    for (const char16_t* type : {u"CDATA", u"ID", u"IDREF", u"IDREFS", u"ENTITY", u"ENTITIES", u"NMTOKEN",
+                                 u"NMTOKENS", u"(a)", u"(1|-2|a.b)", u"NOTATION (a|b)"}) {
+        Driver d;
+        inDoctype(d);
+        EXPECT_NO_THROW(
+            d.writer.attributeDecl(text(u"a"), text(u"b"), text(type), text(u"#IMPLIED"), text(nullptr)))
+            << show(text(type));
+    }
+    for (const char16_t* type :
+         {u"", u"cdata", u"()", u"(a|)", u"(a", u"(a )", u"NOTATION(a)", u"NOTATION (1)", u"(a)b"}) {
+        Driver d;
+        inDoctype(d);
+        EXPECT_THROW(
+            d.writer.attributeDecl(text(u"a"), text(u"b"), text(type), text(u"#IMPLIED"), text(nullptr)),
+            SaxException)
+            << show(text(type));
+    }
+}
+
+TEST_F(StrictWriterTest, TheNextDocumentForgetsTheLast) {
+    Driver d;
+    d.document().dtd(u"a");
+    d.writer.internalEntityDecl(text(u"e"), text(u"1"));
+    d.document().dtd(u"a");
+    EXPECT_NO_THROW(d.writer.internalEntityDecl(text(u"e"), text(u"1")));
+}
+
+TEST_F(StrictWriterTest, MemoryRunsOutWithoutALeak) {
+    const auto scenario = [] {
+        Driver d;
+        d.document().dtd(u"a");
+        d.writer.internalEntityDecl(text(u"e"), text(u"1"));
+        d.endDtd().map(u"p", u"urn:p").start(u"urn:p", u"a", u"p:a", {{u"", u"x", u"x", u"1"}}).chars(u"x");
+        d.stop(u"urn:p", u"a", u"p:a").unmap(u"p").end();
+    };
+    Testing::everyAllocationFails(scenario);
+}
+
+} // namespace
+} // namespace Quillon::Xml::Sax
