@@ -569,11 +569,20 @@ TEST_F(XmlStringTest, AssignmentOfNullMakesTheTargetNull) {
 }
 
 TEST_F(XmlStringTest, AssignmentToABorrowedNullStringShares) {
-    const XmlString source = text(u"abc");
-    XmlString target(Borrowed, nullptr);
+    for (const XmlString& source : {text(u"abc"), text(u"")}) {
+        XmlString target(Borrowed, nullptr);
+        target = source;
+        EXPECT_EQ(fieldsOf(source), fieldsOf(target));
+        EXPECT_EQ(2u, source.getRefs());
+    }
+}
+
+TEST_F(XmlStringTest, AssignmentTakesOverACapacityBeyondTheSize) {
+    XmlString source = text(u"abc"), target;
+    source += text(u"de");
     target = source;
-    EXPECT_EQ(fieldsOf(source), fieldsOf(target));
-    EXPECT_EQ(2u, source.getRefs());
+    EXPECT_EQ(5u, target.size());
+    EXPECT_EQ(6u, target.capacity());
 }
 
 TEST_F(XmlStringTest, AssignmentSetsValidAgain) {
