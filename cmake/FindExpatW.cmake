@@ -1,6 +1,6 @@
 # Expat with 16-bit characters, libexpatw, for which Debian ships neither a CMake package nor a pkg-config file.
 #
-#   ExpatW::ExpatW       the library with its header and the definition that the header needs
+#   ExpatW::ExpatW       the library with its header and the definitions that the header needs to declare all of it
 #   ExpatW_VERSION       as the header says
 #   ExpatW_STATIC        whether the library is an archive; its symbols must then be kept out of the module's
 #
@@ -44,10 +44,10 @@ find_package_handle_standard_args(ExpatW REQUIRED_VARS ExpatW_LIBRARY ExpatW_INC
 if(ExpatW_FOUND AND NOT TARGET ExpatW::ExpatW)
     if(ExpatW_LIBRARY MATCHES "\\.a$")
         set(ExpatW_STATIC TRUE)
-        set(expatw_definitions XML_UNICODE XML_STATIC)
+        set(expatw_definitions XML_UNICODE XML_DTD XML_STATIC)
     else()
         set(ExpatW_STATIC FALSE)
-        set(expatw_definitions XML_UNICODE)
+        set(expatw_definitions XML_UNICODE XML_DTD)
     endif()
     add_library(ExpatW::ExpatW UNKNOWN IMPORTED)
     set_target_properties(ExpatW::ExpatW PROPERTIES

@@ -1,0 +1,260 @@
+#include "ContentEvents.h"
+
+#include "ParseContext.h"
+#include "Text.h"
+#include "xml/sax/ContentHandler.h"
+#include "xml/sax/LexicalHandler.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace Quillon::SaxEngine {
+
+using Xml::XmlString;
+
+namespace {
+
+bool isHighSurrogate(XML_Char unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
+
+bool isDeclaration(const Name& name) {
+    return name.form == NameForm::DefaultDeclaration || name.form == NameForm::PrefixDeclaration;
+}
+
+bool isWhiteSpace(UnitSpan units) {
+    return std::all_of(units.begin(), units.end(), [](XML_Char unit) {
+        return unit == u' ' || unit == u'\n' || unit == u'\t' || unit == u'\r';
+    });
+}
+
+} // namespace
+
+ContentEvents::ContentEvents(ParseContext& context)
+    : context_(context), xml_(context.names.prefix(UnitSpan(context.words.xml))),
+      xmlns_(context.names.prefix(UnitSpan(context.words.xmlns))), attributes_(context.words) {
+    xml_.uri = &context.names.uri(UnitSpan(context.words.xmlUri));
+    context.names.prefix(UnitSpan(context.words.empty)).uri =
+        &context.names.uri(UnitSpan(context.words.empty));
+}
+
+void ContentEvents::startElement(const XML_Char* qName, const XML_Char** attributes) {
+    endText();
+    elementStart_ = context_.location();
+    if (elements_.size() >= context_.settings.maximumDepth)
+        context_.fatal("the elements are nested deeper than the limit maximumDepth, which is "
+                       + std::to_string(context_.settings.maximumDepth));
+    const Name& name = context_.names.name(UnitSpan(qName));
+    const ElementDeclaration* declaration = name.element.get();
+    elements_.push_back({&name, nullptr, bindings_.size(), declaration && declaration->hasElementContent});
+    attributes_.begin(declaration);
+    collect(attributes);
+    const bool isQualified = context_.settings.features.namespaces;
+    if (isQualified) {
+        declarePrefixes();
+        elements_.back().uri = resolve(name);
+        resolveAttributes();
+    }
+    if (context_.handlers.content) {
+        const XmlString& uri = isQualified ? elements_.back().uri->text : context_.words.empty;
+        context_.handlers.content->startElement(uri, isQualified ? name.localName : context_.words.empty,
+                                                name.text, attributes_);
+    }
+    attributes_.clear();
+}
+
+void ContentEvents::collect(const XML_Char** attributes) {
+    const int specified = XML_GetSpecifiedAttributeCount(context_.entity->parser());
+    for (int i = 0; attributes[i]; i += 2)
+        attributes_.add(context_.names.name(UnitSpan(attributes[i])), attributes[i + 1], i < specified);
+}
+
+void ContentEvents::declarePrefixes() {
+    std::vector<ElementAttributes::Slot>& slots = attributes_.slots();
+    for (const ElementAttributes::Slot& slot : slots)
+        if (isDeclaration(*slot.name))
+            bind(*slot.name, slot.value);
+    if (!context_.settings.features.namespacePrefixes)
+        std::erase_if(slots, [](const ElementAttributes::Slot& slot) { return isDeclaration(*slot.name); });
+}
+
+void ContentEvents::bind(const Name& name, const XML_Char* uriText) {
+    Prefix& prefix = *name.prefix;
+    const Uri& uri = context_.names.uri(UnitSpan(uriText));
+    checkBinding(prefix, uri);
+    if (&prefix == &xml_)
+        return; // bound for good: no event tells of it
+    bindings_.push_back({&prefix, prefix.uri});
+    prefix.uri = &uri;
+    if (context_.handlers.content)
+        context_.handlers.content->startPrefixMapping(prefix.text, uri.text);
+}
+
+/// Namespaces in XML 1.0, the constraints "Reserved Prefixes and Namespace Names" and "No Prefix Undeclaring".
+void ContentEvents::checkBinding(const Prefix& prefix, const Uri& uri) {
+    const bool isXmlUri = &uri == xml_.uri;
+    if (&prefix == &xml_ && !isXmlUri)
+        context_.fatal("the prefix xml must not be bound to another namespace");
+    if (&prefix == &xmlns_)
+        context_.fatal("the prefix xmlns must not be declared");
+    if (&prefix != &xml_ && isXmlUri)
+        context_.fatal("the namespace of the prefix xml must not be bound to another prefix");
+    if (UnitSpan(uri.text) == UnitSpan(context_.words.xmlnsUri))
+        context_.fatal("the namespace of the prefix xmlns must not be bound");
+    if (uri.text.size() == 0 && prefix.text.size() != 0)
+        context_.fatal("the prefix " + toUtf8(prefix.text) + " must not be bound to an empty namespace name");
+}
+
+const Uri* ContentEvents::resolve(const Name& name) {
+    if (name.form == NameForm::NotQualified)
+        context_.fatal("the name " + toUtf8(name.text) + " is not a qualified name");
+    if (name.form == NameForm::PrefixDeclaration)
+        context_.fatal("the prefix xmlns must not be used for elements");
+    if (!name.prefix->uri)
+        context_.fatal("the prefix " + toUtf8(name.prefix->text) + " is not bound");
+    return name.prefix->uri;
+}
+
+void ContentEvents::resolveAttributes() {
+    prefixed_.clear();
+    for (ElementAttributes::Slot& slot : attributes_.slots()) {
+        if (isDeclaration(*slot.name)) {
+            showDeclarationAttribute(slot);
+            continue;
+        }
+        const Uri* uri = resolve(*slot.name);
+        slot.localName = &slot.name->localName;
+        if (slot.name->form == NameForm::Prefixed) {
+            slot.uri = &uri->text;
+            prefixed_.push_back(&slot);
+        }
+    }
+    if (prefixed_.size() > 1)
+        checkUnique();
+}
+
+/// Without the feature `xmlns-uris`, such an attribute is in no namespace and has no local name.
+void ContentEvents::showDeclarationAttribute(ElementAttributes::Slot& slot) const {
+    if (!context_.settings.features.xmlnsUris)
+        return;
+    slot.uri = &context_.words.xmlnsUri;
+    slot.localName = &slot.name->localName;
+}
+
+/// Namespaces in XML 1.0, "Attributes Unique". Sorting keeps an element with very many attributes from costing the
+/// square of their number.
+void ContentEvents::checkUnique() {
+    const auto isLess = [](const ElementAttributes::Slot* a, const ElementAttributes::Slot* b) {
+        if (a->uri != b->uri)
+            return std::less<>()(a->uri, b->uri);
+        return a->localName->compare(*b->localName) < 0;
+    };
+    std::sort(prefixed_.begin(), prefixed_.end(), isLess);
+    for (std::size_t i = 1; i < prefixed_.size(); ++i)
+        if (!isLess(prefixed_[i - 1], prefixed_[i]))
+            failDuplicate(*prefixed_[i]);
+}
+
+void ContentEvents::failDuplicate(const ElementAttributes::Slot& slot) {
+    context_.fatal("two attributes have the name " + toUtf8(*slot.localName) + " in the namespace "
+                   + toUtf8(*slot.uri));
+}
+
+void ContentEvents::endElement() {
+    endText();
+    // Of <b/>, Expat puts the end behind the tag, where an event without any text stands.
+    const bool isEmptyElement = XML_GetCurrentByteCount(context_.entity->parser()) == 0;
+    const EventPlace place(context_, isEmptyElement ? elementStart_ : context_.location());
+    const OpenElement element = elements_.back();
+    elements_.pop_back();
+    const bool isQualified = context_.settings.features.namespaces;
+    if (context_.handlers.content)
+        context_.handlers.content->endElement(isQualified ? element.uri->text : context_.words.empty,
+                                              isQualified ? element.name->localName : context_.words.empty,
+                                              element.name->text);
+    while (bindings_.size() > element.bindings) {
+        const Binding binding = bindings_.back();
+        bindings_.pop_back();
+        binding.prefix->uri = binding.outer;
+        if (context_.handlers.content)
+            context_.handlers.content->endPrefixMapping(binding.prefix->text);
+    }
+}
+
+void ContentEvents::text(UnitSpan units) {
+    if (units.size == 0)
+        return;
+    if (heldSurrogate_ != 0)
+        joinPair(units);
+    if (units.size != 0 && isHighSurrogate(units.data[units.size - 1])) {
+        heldSurrogate_ = units.data[units.size - 1];
+        heldPlace_ = context_.location();
+        units.size -= 1;
+    }
+    if (units.size != 0)
+        deliver(units);
+}
+
+void ContentEvents::joinPair(UnitSpan& units) {
+    const XML_Char pair[2] = {heldSurrogate_, units.data[0]};
+    if ((pair[1] & 0xFC00) != 0xDC00)
+        endText();
+    heldSurrogate_ = 0;
+    units = units.from(1);
+    const EventPlace place(context_, heldPlace_);
+    deliver(UnitSpan(pair, 2));
+}
+
+void ContentEvents::deliver(UnitSpan units) {
+    if (!context_.handlers.content)
+        return;
+    const bool isIgnorable =
+        !inCdata_ && !elements_.empty() && elements_.back().hasElementContent && isWhiteSpace(units);
+    if (isIgnorable)
+        context_.handlers.content->ignorableWhitespace(units.data, 0, units.size);
+    else
+        context_.handlers.content->characters(units.data, 0, units.size);
+}
+
+void ContentEvents::endText() {
+    if (heldSurrogate_ != 0)
+        context_.fatal("an unpaired surrogate: a high one without a low one behind it");
+}
+
+void ContentEvents::startCdata() {
+    endText();
+    inCdata_ = true;
+    if (context_.handlers.lexical)
+        context_.handlers.lexical->startCDATA();
+}
+
+void ContentEvents::endCdata() {
+    endText();
+    inCdata_ = false;
+    if (context_.handlers.lexical)
+        context_.handlers.lexical->endCDATA();
+}
+
+void ContentEvents::comment(const XML_Char* text) {
+    endText();
+    const UnitSpan units(text);
+    if (context_.handlers.lexical)
+        context_.handlers.lexical->comment(units.data, 0, units.size);
+}
+
+void ContentEvents::processingInstruction(const XML_Char* target, const XML_Char* data) {
+    endText();
+    const UnitSpan name(target);
+    if (context_.settings.features.namespaces && std::find(name.begin(), name.end(), u':') != name.end())
+        context_.fatal("the target " + toUtf8(name) + " of a processing instruction has a colon");
+    if (context_.handlers.content)
+        context_.handlers.content->processingInstruction(ownedString(name), ownedString(data));
+}
+
+void ContentEvents::skippedEntity(const XML_Char* name) {
+    endText();
+    if (context_.handlers.content)
+        context_.handlers.content->skippedEntity(ownedString(name));
+}
+
+} // namespace Quillon::SaxEngine

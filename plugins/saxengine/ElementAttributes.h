@@ -1,0 +1,67 @@
+#ifndef ZUTARNEX_SAXENGINE_ELEMENTATTRIBUTES_H
+#define ZUTARNEX_SAXENGINE_ELEMENTATTRIBUTES_H
+
+#include "ElementDeclaration.h"
+#include "NameTable.h"
+#include "Vocabulary.h"
+#include "xml/sax/Attributes2.h"
+
+#include <vector>
+
+namespace Quillon::SaxEngine {
+
+/// The attributes of the element that is being reported, over Expat's array. Names are shared from the name table; a
+/// value becomes a string when somebody asks for it, and that string owns its text.
+///
+/// Cost: once it has held as many attributes, nothing is allocated per element but the values that are asked for.
+class ElementAttributes final : public Xml::Sax::Attributes2 {
+public:
+    struct Slot {
+        const Name* name;
+        const Xml::XmlString* uri;
+        const Xml::XmlString* localName;
+        const XML_Char* value;
+        bool isSpecified;
+        mutable Xml::XmlString text; ///< the value, null until it is asked for
+    };
+
+    explicit ElementAttributes(const Vocabulary& words);
+    ~ElementAttributes() override;
+
+    /// Makes the list empty for an element that the DTD declares so (null: not at all).
+    void begin(const ElementDeclaration* declaration);
+    Slot& add(const Name& name, const XML_Char* value, bool isSpecified);
+    std::vector<Slot>& slots() { return slots_; }
+    void clear() { slots_.clear(); }
+
+    unsigned int getLength() const override;
+    Xml::XmlString getURI(unsigned int index) const override;
+    Xml::XmlString getLocalName(unsigned int index) const override;
+    Xml::XmlString getQName(unsigned int index) const override;
+    Xml::XmlString getType(unsigned int index) const override;
+    Xml::XmlString getValue(unsigned int index) const override;
+    int getIndex(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
+    int getIndex(const Xml::XmlString& qName) const override;
+    Xml::XmlString getType(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
+    Xml::XmlString getType(const Xml::XmlString& qName) const override;
+    Xml::XmlString getValue(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
+    Xml::XmlString getValue(const Xml::XmlString& qName) const override;
+    bool isDeclared(unsigned int index) const override;
+    bool isDeclared(const Xml::XmlString& qName) const override;
+    bool isDeclared(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
+    bool isSpecified(unsigned int index) const override;
+    bool isSpecified(const Xml::XmlString& qName) const override;
+    bool isSpecified(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
+
+private:
+    const Xml::XmlString* declaredType(const Slot& slot) const;
+    const Slot& checked(unsigned int index) const;
+
+    const Vocabulary& words_;
+    const ElementDeclaration* declaration_ = nullptr;
+    std::vector<Slot> slots_;
+};
+
+} // namespace Quillon::SaxEngine
+
+#endif

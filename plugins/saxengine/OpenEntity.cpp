@@ -1,0 +1,61 @@
+#include "OpenEntity.h"
+
+#include "FileChannel.h"
+#include "SystemIdentifier.h"
+#include "Text.h"
+#include "xml/sax/InputSource.h"
+#include "xml/sax/SaxException.h"
+
+#include <utility>
+
+namespace Quillon::SaxEngine {
+
+using Xml::XmlString;
+
+namespace {
+
+/// Absent identifiers are null strings, also when the source says it with an empty one.
+XmlString presentOrNull(const XmlString& identifier) {
+    return identifier.size() == 0 ? XmlString() : identifier;
+}
+
+} // namespace
+
+EntitySource::EntitySource(const Xml::Sax::InputSource& source, const std::string& fallbackUri)
+    : publicId(presentOrNull(source.getPublicId())), systemId(presentOrNull(source.getSystemId())),
+      encoding(toUtf8(source.getEncoding())), channel(source.getByteChannel()) {
+    const std::string identifier = toUtf8(systemId);
+    uri = identifier.empty() ? fallbackUri : absoluteUri(identifier);
+    if (identifier.empty() && !fallbackUri.empty())
+        systemId.copy(fromUtf8(fallbackUri));
+    if (channel)
+        return;
+    if (uri.empty())
+        throw Xml::Sax::SaxException(
+            ownedAscii("the input source has neither a byte channel nor a system identifier"));
+    file = std::make_unique<FileChannel>(identifier.empty() ? uri : identifier);
+    channel = file.get();
+}
+
+OpenEntity::OpenEntity(ParserPointer parser, EntitySource source, Kind kind)
+    : declarations(parser.get()), source_(std::move(source)), input_(*source_.channel),
+      parser_(std::move(parser)), kind_(kind) {}
+
+/// Expat counts in unsigned long, which is too small on i386. Both numbers only grow, the column but for a new line, and
+/// by less than 2^32 from chunk to chunk; so differences are right, whatever their width.
+Location OpenEntity::location() {
+    const XML_Size line = XML_GetCurrentLineNumber(parser());
+    const XML_Size column = XML_GetCurrentColumnNumber(parser());
+    const XML_Size newLines = line - seenLine_;
+    const XML_Size newColumns = column - seenColumn_;
+    if (newLines != 0)
+        location_.column = static_cast<std::int64_t>(column) + 1;
+    else
+        location_.column += static_cast<std::int64_t>(newColumns);
+    location_.line += static_cast<std::int64_t>(newLines);
+    seenLine_ = line;
+    seenColumn_ = column;
+    return location_;
+}
+
+} // namespace Quillon::SaxEngine
