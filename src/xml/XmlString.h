@@ -57,6 +57,7 @@ public:
     /// CreateKeepsLengthOverTerminator, CreateIgnoresImmutable).
     void create(unsigned char flags, const unsigned short* s, unsigned int n);
     /// A string made from `src`'s units before the first zero unit: with Borrowed a view on them, else a copy.
+    /// REQUIRES: `src`'s units end with a zero unit, as they do unless it is borrowed.
     static XmlString create(unsigned char flags, XmlString& src);
 
     /// Takes over `other`'s value and flags, so that a string assigned a literal is immutable from then on; a
@@ -122,8 +123,8 @@ ZUTARNEX_API XmlString makeString(const unsigned short* s);
 ZUTARNEX_API XmlString makeString(unsigned char flags, const unsigned short* s);
 ZUTARNEX_API XmlString makeString(const unsigned char* utf8); ///< UTF-8; ill-formed parts become U+FFFD
 ZUTARNEX_API XmlString makeString(const char* native);        ///< text in the local code page
-ZUTARNEX_API XmlString makeString(unsigned char flags, XmlString& s);
-ZUTARNEX_API XmlString makeString(XmlString& s); ///< an owned copy, not a share
+ZUTARNEX_API XmlString makeString(unsigned char flags, XmlString& s); ///< as XmlString::create()
+ZUTARNEX_API XmlString makeString(XmlString& s);                      ///< an owned copy, not a share
 
 } // namespace Quillon::Xml
 
