@@ -13,6 +13,9 @@ namespace Quillon::Tool {
 void addFormatCommand(CLI::App& app, ExitStatus& status);
 void addCheckCommand(CLI::App& app, ExitStatus& status);
 void addEventsCommand(CLI::App& app, ExitStatus& status);
+void addUriCommand(CLI::App& app, ExitStatus& status);
+void addCodecCommands(CLI::App& app, ExitStatus& status);
+void addConvertCommand(CLI::App& app, ExitStatus& status);
 
 } // namespace Quillon::Tool
 

@@ -21,6 +21,8 @@ public:
 
     const std::string& name() const noexcept { return name_; } ///< for messages
     Xml::Sax::InputSource& source() noexcept { return source_; }
+    /// The next bytes, for who does not parse; 0 at the end.
+    unsigned int read(unsigned char* buffer, unsigned int length) { return channel_->read(buffer, length); }
 
 private:
     std::string name_;

@@ -14,7 +14,9 @@ int main(int argc, char** argv) {
     std::setlocale(LC_CTYPE, "");  // messages and file names are text of the user's code page
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error that can be told
 
-    CLI::App app("Reads, checks and writes XML documents.", "zutarnex");
+    CLI::App app(
+        "Reads, checks and writes XML documents; URIs, Base64, hexadecimal digits and numbers beside it.",
+        "zutarnex");
     app.set_version_flag("--version", std::string(libzutarnex_version) + " (" + libzutarnex_build_date + ")");
     app.require_subcommand(1);
     app.failure_message(CLI::FailureMessage::help);
@@ -26,6 +28,9 @@ int main(int argc, char** argv) {
     addFormatCommand(app, status);
     addCheckCommand(app, status);
     addEventsCommand(app, status);
+    addUriCommand(app, status);
+    addCodecCommands(app, status);
+    addConvertCommand(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& fault) {
