@@ -8,10 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
+#include <functional>
 #include <iostream>
 #include <string>
+#include <thread>
 #include <type_traits>
+#include <vector>
 
 namespace Quillon::Xml::Sax {
 namespace {
@@ -331,6 +335,28 @@ TEST_F(XmlWriterTest, OneWriterWritesManyDocuments) {
         writer.endDocument();
         EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a></a>\n\n", written());
     }
+}
+
+TEST_F(XmlWriterTest, WritersOnDifferentThreadsAreIndependent) {
+    const auto writeManyDocuments = [](std::string& result) {
+        for (int i = 0; i < 100; ++i) {
+            FixedSink ownSink;
+            std::ostream ownOut(&ownSink);
+            XmlWriter own(ownOut);
+            own.startDocument();
+            own.startElement(XmlString(), XmlString(), text(u"e"), attributesOf({{u"a", u"<"}}));
+            own.endElement(XmlString(), XmlString(), text(u"e"));
+            result = ownSink.written();
+        }
+    };
+    std::string results[4];
+    std::vector<std::thread> threads;
+    for (std::string& result : results)
+        threads.emplace_back(writeManyDocuments, std::ref(result));
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::string& result : results)
+        EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<e a=\"&lt;\"></e>", result);
 }
 
 TEST_F(XmlWriterTest, NestingIsNotChecked) {
