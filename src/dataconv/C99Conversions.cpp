@@ -94,24 +94,22 @@ class UnsignedLongToCString final : public ConversionFunctor<unsigned long, char
 
 class Registration {
 public:
-    explicit Registration(CvsnRegistryNode& node)
-        : node_(node), names_(NameIdMap::getGlobalNameIdMap()), text_(idOf(typeid(char*).name())) {}
+    explicit Registration(CvsnRegistryNode& node) : node_(node), names_(NameIdMap::getGlobalNameIdMap()) {}
 
     /// Binds the conversions of T under its run-time name and under `readableName`.
     template <class T, class ToText, class FromText>
     void add(const char* readableName) {
-        for (const char* name : {typeid(T).name(), readableName}) {
-            const int type = idOf(name);
-            bindIfMissing<ToText>(type, text_);
-            bindIfMissing<FromText>(text_, type);
+        for (const char* typeName : {typeid(T).name(), readableName}) {
+            bindIfMissing<ToText>(typeName, typeid(char*).name());
+            bindIfMissing<FromText>(typeid(char*).name(), typeName);
         }
     }
 
 private:
-    int idOf(const char* name) { return static_cast<int>(names_->find_or_insert(name)); }
-
     template <class Functor>
-    void bindIfMissing(int from, int to) {
+    void bindIfMissing(const char* fromName, const char* toName) {
+        const int from = static_cast<int>(names_->find_or_insert(fromName));
+        const int to = static_cast<int>(names_->find_or_insert(toName));
         if (node_._lookup(from, to) != nullptr)
             return;
         auto functor = std::make_unique<Functor>();
@@ -121,7 +119,6 @@ private:
 
     CvsnRegistryNode& node_;
     boost::shared_ptr<NameIdMap> names_;
-    int text_;
 };
 
 void registerStandardConversions(CvsnRegistryNode& node) {

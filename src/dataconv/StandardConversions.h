@@ -19,7 +19,8 @@ namespace Quillon::DataConv {
 ///
 /// Deliberate: there is no range check. A number is read as `int`, `unsigned int` or the 64-bit type of the same sign
 /// and cut to the target's width, "70000" as `short` to 4464, "-1" as `unsigned char` to 255
-/// (tests/dataconv/StandardConversionsTest.cpp, NumbersAreCutToTheWidthOfTheTarget).
+/// (tests/dataconv/StandardConversionsTest.cpp, NumbersAreCutToTheWidthOfTheTarget). A number that the type it is read
+/// as cannot hold becomes what the platform's sscanf makes of it.
 ///
 /// Ownership: text is new; the caller frees it by Runtime::release().
 /// Threads:   any number at once.

@@ -22,6 +22,8 @@ using Testing::CallResult;
 using Testing::escaped;
 using Testing::OneShotResult;
 
+constexpr int kRandomInputs = 500'000; // for each direction: a million for each codec
+
 /// Enough for what a test decodes or encodes in one call.
 constexpr std::size_t kAmpleRoom = 1000;
 
@@ -180,9 +182,9 @@ AssertionResult agreeInRandomCalls(const std::string& input, std::mt19937& rando
     return AssertionSuccess();
 }
 
-TYPED_TEST(CodecModelTest, AgreesOnAMillionRandomInputs) {
+TYPED_TEST(CodecModelTest, AgreesOnRandomInputs) {
     std::mt19937 random(20240607);
-    for (int i = 0; i < 1'000'000; ++i) {
+    for (int i = 0; i < kRandomInputs; ++i) {
         const std::string input = randomInput<TypeParam>(random);
         ASSERT_TRUE(agreeAtOnce<TypeParam>(input)) << "input " << i;
         ASSERT_TRUE(agreeInRandomCalls<TypeParam>(input, random)) << "input " << i << ": " << escaped(input);

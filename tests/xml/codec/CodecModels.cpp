@@ -18,10 +18,9 @@ bool isBlank(char c) {
 
 /// Moves characters from `pending` to `written` until one of them is through.
 void deliver(std::string& pending, std::string& written, std::size_t room) {
-    while (!pending.empty() && written.size() < room) {
-        written += pending[0];
-        pending.erase(0, 1);
-    }
+    const std::size_t count = std::min(pending.size(), room - written.size());
+    written += pending.substr(0, count);
+    pending.erase(0, count);
 }
 
 /// 0 to 63, or 255.
