@@ -4,6 +4,7 @@
 #include <xml/XmlString.h>
 #include <xml/sax/RemoveNamespaceFilter.h>
 #include <xml/sax/SaxException.h>
+#include <xml/sax/SaxIdentifiers.h>
 #include <xml/sax/XmlFilterFormat.h>
 #include <xml/sax/writer/XmlWriter.h>
 #include <zutarnex/version.h>
@@ -20,6 +21,7 @@ int main(int, char** arguments) {
         RemoveNamespaceFilter plain(&reader, makeString("urn:example:editor"));
         XmlFilterFormat indented(&plain, XmlFilterFormat::AlignIndent, XmlFilterFormat::TabSpaces, 2);
         XmlWriter writer(std::cout);
+        indented.setFeature(SC_Features_NamespacePrefixes(), true);
         indented.setContentHandler(&writer);
         indented.parse(makeString(arguments[1]));
         return std::cout.flush() && libzutarnex_version[0] == '1' ? 0 : 3;
