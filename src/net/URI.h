@@ -109,12 +109,14 @@ public:
     /// recompose()'s text where they are needed (tests/net/UriResolveTest.cpp, ResultHasNoPartsOfTheAuthority).
     URI* resolve(const URI& base, bool strict) const;
 
-    /// A reference that leads from `base` to this URI, as short as the paths allow.
+    /// A reference that leads from `base` to this URI: relative where their paths have a folder in common, else with
+    /// this URI's whole path.
     ///
-    /// Deliberate, each with its test in tests/net/UriRelativizeTest.cpp: everything is compared without regard to
-    /// case, so that the way from "x:/A" to "x:/a" is empty (PathsAreComparedWithoutCase); between equal paths a query
-    /// is kept only when both have one and they differ (QueryIsDroppedWhenTheBaseHasNone); an authority that only
-    /// the base has is not heeded (MissingAuthorityIsNotHeeded).
+    /// Deliberate, each with its test in tests/net/UriRelativizeTest.cpp: schemes, authorities, queries and whole
+    /// paths count as the same without regard to case, so that the way from "x:/A" to "x:/a" is empty
+    /// (PathsAreComparedWithoutCase); between equal paths a query is kept only when both have one and they differ
+    /// (QueryIsDroppedWhenTheBaseHasNone); an authority that only the base has is not heeded
+    /// (MissingAuthorityIsNotHeeded).
     URI* relativize(const URI& base) const;
 
     /// A copy with the scheme and the host in lower case and the path without dot-segments; its port is -1.

@@ -92,7 +92,7 @@ OwnedText relativePath(TextRange base, TextRange target) {
     const unsigned char* const rest = behindLastSlash({target.begin, targetRest});
     // No "/" in common, or only the leading one. (Also when one of the paths is empty.)
     if (rest - target.begin <= 1)
-        return concatenation(target, {});
+        return wayUpAndDown(0, false, target);
     const auto steps = static_cast<std::uint64_t>(std::count(baseRest, base.end, '/'));
     const bool mistakable = rest == target.end || std::find(rest, target.end, ':') != target.end;
     return wayUpAndDown(steps, steps == 0 && mistakable, {rest, target.end});

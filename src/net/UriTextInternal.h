@@ -3,6 +3,7 @@
 
 #include "runtime/HostServices.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -51,10 +52,7 @@ OwnedText duplicateOrEmpty(const unsigned char* text);
 
 /// Copies `range` to `target` and returns the place behind the copy.
 inline unsigned char* append(unsigned char* target, TextRange range) noexcept {
-    if (range.isEmpty())
-        return target;
-    std::memcpy(target, range.begin, range.size());
-    return target + range.size();
+    return std::copy(range.begin, range.end, target);
 }
 
 } // namespace Quillon::Net
