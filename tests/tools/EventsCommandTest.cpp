@@ -63,7 +63,7 @@ TEST_F(EventsCommandTest, AFaultComesAfterTheEventsBeforeIt) {
     EXPECT_EQ(
         "startDocument\nstartElement \"\" \"a\" \"a\"\ncharacters \"text\"\nstartElement \"\" \"b\" \"b\"\n",
         failed.out);
-    EXPECT_TRUE(failed.err.starts_with("<stdin>:1:11: error: ")) << failed.err;
+    EXPECT_TRUE(failed.err.starts_with("<stdin>:1:13: error: ")) << failed.err;
 }
 
 TEST_F(EventsCommandTest, AFullDiskIsStatusThree) {

@@ -68,8 +68,63 @@ TEST_F(FormatCommandTest, WritesUtf8FromOtherEncodings) {
 TEST_F(FormatCommandTest, ReadsExternalEntitiesOnlyWhenAsked) {
     write("e.ent", "<b/>");
     write("d.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.ent'>]><a>&e;</a>");
-    EXPECT_NE(std::string::npos, run({"format", "d.xml"}).out.find("<a>&e;</a>"));
-    EXPECT_NE(std::string::npos, run({"format", "--external-entities", "d.xml"}).out.find("<a><b></b></a>"));
+    EXPECT_NE(std::string::npos, run({"format", "--plain", "d.xml"}).out.find("<a>&e;</a>"));
+    EXPECT_NE(std::string::npos,
+              run({"format", "--plain", "--external-entities", "d.xml"}).out.find("<a><b></b></a>"));
+}
+
+TEST_F(FormatCommandTest, ExternalEntitiesStayReferencesUnlessFiltersChangeThem) {
+    write("e.ent", "<b xmlns='urn:b'><c xmlns='urn:c'/></b>");
+    write("d.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.ent'>]><a>&e;</a>");
+    EXPECT_NE(std::string::npos, run({"format", "--external-entities", "d.xml"}).out.find("<a>&e;</a>"));
+    const Outcome stripped = run({"format", "--external-entities", "--strip-namespace", "urn:b", "d.xml"});
+    EXPECT_NE(std::string::npos, stripped.out.find("<a><c xmlns=\"urn:c\"></c></a>"))
+        << stripped.out << stripped.err;
+}
+
+TEST_F(FormatCommandTest, StrippedElementsLeaveTheirMappingsToTheirContent) {
+    const std::string text = "<a xmlns:n='urn:n'><n:b xmlns:k='urn:k'><k:c/>t<k:d><k:e/></k:d></n:b><f/></a>";
+    EXPECT_EQ(
+        std::string(kDeclaration)
+            + "<a xmlns:n=\"urn:n\"><k:c xmlns:k=\"urn:k\"></k:c>t<k:d xmlns:k=\"urn:k\"><k:e></k:e></k:d>"
+              "<f></f></a>\n\n",
+        run({"format", "--strip-namespace", "urn:n"}, text).out);
+    const std::string nested =
+        "<a><b xmlns='urn:n' xmlns:k='urn:1'><b xmlns:k='urn:2'><k:c/></b><k:c/></b></a>";
+    EXPECT_EQ(std::string(kDeclaration)
+                  + "<a><k:c xmlns=\"urn:n\" xmlns:k=\"urn:2\"></k:c>"
+                    "<k:c xmlns=\"urn:n\" xmlns:k=\"urn:1\"></k:c></a>\n\n",
+              run({"format", "--strip-namespace", "urn:n"}, nested).out);
+}
+
+TEST_F(FormatCommandTest, WritesTheEncodingThatIsAskedFor) {
+    const std::string text = "<a b='\xC3\xA9'>\xE2\x82\xAC<![CDATA[\xC3\xA9]]></a>";
+    EXPECT_EQ("<a b=\"&#xE9;\">&#x20AC;<![CDATA[]]>&#xE9;<![CDATA[]]></a>\n\n",
+              run({"format", "--encoding", "US-ASCII"}, text).out);
+    EXPECT_EQ(
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<a b=\"\xE9\">&#x20AC;<![CDATA[\xE9]]></a>\n\n",
+        run({"format", "--encoding", "ISO-8859-1"}, text).out);
+    EXPECT_EQ("<a b=\"&;\">&;</a>\n\n",
+              run({"format", "--plain", "--encoding", "US-ASCII"}, "<a b='\xC3\xA9'>\xC3\xA9</a>").out);
+    EXPECT_EQ(2, run({"format", "--encoding", "UTF-16"}, text).status);
+}
+
+TEST_F(FormatCommandTest, ACharacterThatCannotBeWrittenIsStatusOneWithItsPlace) {
+    for (const char* markup : {"<!--\xC3\xA9-->", "<?p \xC3\xA9?>"}) {
+        const Outcome strict =
+            run({"format", "--encoding", "US-ASCII"}, std::string("<a>\n ") + markup + "</a>");
+        EXPECT_EQ(1, strict.status);
+        EXPECT_TRUE(strict.err.starts_with("<stdin>:2:2: error: ")) << strict.err;
+        EXPECT_NE(std::string::npos, strict.err.find(": U+00E9 cannot stand in ")) << strict.err;
+    }
+    for (const char* markup : {"<!--\xC3\xA9-->", "<?p \xC3\xA9?>", "<![CDATA[\xC3\xA9]]>"}) {
+        const Outcome plain =
+            run({"format", "--plain", "--encoding", "US-ASCII"}, std::string("<a>\n ") + markup + "</a>");
+        EXPECT_EQ(1, plain.status) << markup;
+        EXPECT_TRUE(plain.err.starts_with("<stdin>:2:")) << plain.err;
+        EXPECT_TRUE(plain.err.ends_with(": error: Illegal or non-writable character: U+00E9.\n"))
+            << plain.err;
+    }
 }
 
 TEST_F(FormatCommandTest, ReplacesTheOutputFileAndKeepsItsPermissions) {

@@ -1,13 +1,16 @@
 #include "Commands.h"
 #include "Document.h"
 #include "Failure.h"
+#include "MappingKeeper.h"
 #include "OutputFile.h"
+#include "PlainWriter.h"
 #include "ReadingOptions.h"
 #include "saxengine/SaxEngineReader.h"
+#include "xml/sax/EventFilter.h"
 #include "xml/sax/RemoveNamespaceFilter.h"
 #include "xml/sax/SaxIdentifiers.h"
 #include "xml/sax/XmlFilterFormat.h"
-#include "xml/sax/writer/XmlWriter.h"
+#include "xml/sax/writer/StrictWriter.h"
 
 #include <CLI/CLI.hpp>
 
@@ -30,6 +33,8 @@ struct FormatOptions {
     std::string indent = "none";
     bool newlineOnly = false;
     bool canonical = false;
+    bool plain = false;
+    std::string encoding = "UTF-8";
     std::vector<std::string> strippedNamespaces;
     ReadingOptions reading;
 };
@@ -82,27 +87,43 @@ private:
     const OutputFile& out_;
 };
 
+/// The strict writer unless the plain one was asked for.
+std::unique_ptr<TextConsumer> makeWriter(std::ostream& out, const FormatOptions& options) {
+    std::unique_ptr<TextConsumer> writer;
+    if (options.plain) {
+        writer = std::make_unique<PlainWriter>(out);
+    } else {
+        auto strict = std::make_unique<StrictWriter>(out);
+        strict->spaceOutsideRoot(indentationOf(options).style != XmlFilterFormat::AlignNone);
+        writer = std::move(strict);
+    }
+    writer->setEncoding(options.encoding.c_str());
+    // What a filter has changed inside an external entity would be lost in a reference to it.
+    writer->expandingEntities(!options.strippedNamespaces.empty());
+    writer->setCanonical(options.canonical);
+    return writer;
+}
+
 /// reader -> one filter for each stripped namespace -> indentation -> writer. Comments, CDATA sections and the
 /// document type go from the reader straight to the writer.
 ExitStatus formatTo(OutputFile& out, Document& document, const FormatOptions& options) {
     SaxEngineReader reader;
     options.reading.applyTo(reader);
-    XmlWriter writer(out.stream());
-    writer.setCanonical(options.canonical);
-    reader.setFeature(SC_Features_NamespacePrefixes(), true);
-    reader.setProperty(SC_Properties_LexicalHandler(), static_cast<LexicalHandler*>(&writer));
-    reader.setProperty(SC_Properties_DeclarationHandler(), static_cast<DeclHandler*>(&writer));
+    const std::unique_ptr<TextConsumer> writer = makeWriter(out.stream(), options);
+    EventFilter::bind(&reader, writer.get());
 
     std::vector<std::unique_ptr<XmlFilterImpl>> chain;
     chain.push_back(std::make_unique<OutputGuard>(&reader, out));
     for (const std::string& uri : options.strippedNamespaces)
         chain.push_back(
             std::make_unique<RemoveNamespaceFilter>(chain.back().get(), Xml::makeString(uri.c_str())));
+    if (!options.strippedNamespaces.empty())
+        chain.push_back(std::make_unique<MappingKeeper>(chain.back().get()));
     const Indentation indent = indentationOf(options);
     chain.push_back(
         std::make_unique<XmlFilterFormat>(chain.back().get(), indent.style, indent.tabs, indent.width));
-    chain.back()->setContentHandler(&writer);
-    chain.back()->setDTDHandler(&writer);
+    chain.back()->setContentHandler(writer->getContentHandler());
+    chain.back()->setDTDHandler(writer->getDTDHandler());
     return parseReporting(*chain.back(), document);
 }
 
@@ -143,6 +164,12 @@ void addFormatCommand(CLI::App& app, ExitStatus& status) {
     command->add_flag(
         "--canonical", options->canonical,
         "Write no XML declaration, no document type and no CDATA sections (this is not the W3C's C14N)");
+    command->add_option("--encoding", options->encoding, "Of what is written")
+        ->check(CLI::IsMember({"UTF-8", "US-ASCII", "ISO-8859-1"}))
+        ->type_name("")
+        ->capture_default_str();
+    command->add_flag("--plain", options->plain,
+                      "Write by the plain writer, which some documents make write ill-formed text");
     options->reading.addTo(*command);
     command->callback(
         [options, &status] { status = reportingFailures(options->file, [&] { return format(*options); }); });

@@ -1,4 +1,6 @@
 #include "Commands.h"
+#include "Failure.h"
+#include "runtime/HostServices.h"
 
 #include "zutarnex/version.h"
 
@@ -6,11 +8,29 @@
 
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
 #include <string>
 
 using namespace Quillon::Tool;
 
+namespace {
+
+/// The plain writer has no other way to tell that memory has run out inside an event.
+void endForLackOfMemory() {
+    printLine("zutarnex: error: out of memory");
+    std::_Exit(NoAccess);
+}
+
+void installHost() {
+    Quillon::Runtime::HostServices services = Quillon::Runtime::defaultHostServices();
+    services.unexpected = endForLackOfMemory;
+    Quillon::Runtime::setHostServices(services);
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
+    installHost();
     std::setlocale(LC_CTYPE, "");  // messages and file names are text of the user's code page
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error that can be told
 

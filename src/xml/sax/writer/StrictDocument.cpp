@@ -33,6 +33,7 @@ bool isLess(Units left, Units right) noexcept {
 void StrictDocument::begin(const char* encodingName) {
     lastCharacter = lastCharacterOf(encodingName);
     encoding = encodingName;
+    locator_ = std::exchange(nextLocator, nullptr);
     place = Place::Prolog;
     inSection = false;
     doctype.clear();
@@ -46,7 +47,7 @@ void StrictDocument::begin(const char* encodingName) {
 }
 
 Refusal StrictDocument::enter(const char* event, After after) const {
-    const Refusal refusal(event, lastCharacter);
+    const Refusal refusal(event, lastCharacter, locator_);
     if (place == Place::Outside)
         refusal.because("no document has been started");
     if (!announced_.empty() && after != After::Mapping)

@@ -29,6 +29,7 @@ public:
     unsigned int brackets = 0; ///< `]` at the end of the section so far
     char32_t lastCharacter = 0x10FFFF;
     const char* encoding = nullptr;
+    const Locator* nextLocator = nullptr; ///< for the document that begins next
     StrictDoctype doctype;
 
     void begin(const char* encodingName);
@@ -55,6 +56,9 @@ public:
     void openEntity(Units name, bool suppresses);
     void closeEntity(const Refusal& refusal, Units name);
     bool isInsideEntity() const noexcept { return !entities_.empty(); }
+
+    /// A locator lives no longer than the parse that set it.
+    void forgetLocator() noexcept { locator_ = nullptr; }
 
 private:
     struct OpenEntity {
@@ -84,6 +88,7 @@ private:
                            bool isAttribute) const;
     bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.back().depth > depth(); }
 
+    const Locator* locator_ = nullptr;
     OwnedUnits names_; ///< of the open elements, one behind the other
     std::vector<std::size_t> nameStarts_;
     StrictNamespaces namespaces_;

@@ -2,7 +2,7 @@
 
 #include "runtime/CStringInternal.h"
 #include "xml/NamesInternal.h"
-#include "xml/sax/SaxException.h"
+#include "xml/sax/SaxParseException.h"
 
 #include <algorithm>
 #include <string>
@@ -39,21 +39,27 @@ char32_t nextCharacter(Units units, std::size_t& index) noexcept {
     return 0x10000 + ((unit - 0xD800) << 10) + (units[index++] - 0xDC00u);
 }
 
+void Refusal::refuse(const XmlString& message) const {
+    if (locator_)
+        throw SaxParseException(message, *locator_);
+    throw SaxException(message);
+}
+
 void Refusal::because(const char* reason) const {
-    throw SaxException(fromAscii(std::string(event_) + ": " + reason));
+    refuse(fromAscii(std::string(event_) + ": " + reason));
 }
 
 void Refusal::because(const char* reason, Units name) const {
     XmlString message = fromAscii(std::string(event_) + ": " + reason + ' ');
     if (!name.empty())
         message += XmlString(0, name.data(), static_cast<unsigned int>(name.size()));
-    throw SaxException(message);
+    refuse(message);
 }
 
 void Refusal::character(char32_t c, const char* place) const {
     char code[16];
     Runtime::printBounded(code, sizeof code, "U+%04X", static_cast<unsigned int>(c));
-    throw SaxException(fromAscii(std::string(event_) + ": " + code + " cannot stand in " + place));
+    refuse(fromAscii(std::string(event_) + ": " + code + " cannot stand in " + place));
 }
 
 void Refusal::unlessText(Units units, const char* place) const {

@@ -10,6 +10,8 @@
 
 namespace Quillon::Xml::Sax {
 
+class Locator;
+
 using Units = std::span<const unsigned short>;
 
 /// The units of a string; none for a null one, whatever its size says.
@@ -41,12 +43,13 @@ constexpr bool isXmlSpace(char32_t c) noexcept {
 /// The character at `index`, which moves behind it; a lone surrogate is itself. REQUIRES: index < units.size().
 char32_t nextCharacter(Units units, std::size_t& index) noexcept;
 
-/// Looks at what an event brings and throws the SaxException that names the event and what is wrong with it.
+/// Looks at what an event brings and throws the exception that names the event and what is wrong with it: a
+/// SaxParseException where a locator knows the place, else a SaxException.
 class Refusal {
 public:
     /// `lastCharacter`: the highest one that the encoding holds.
-    Refusal(const char* event, char32_t lastCharacter) noexcept
-        : event_(event), lastCharacter_(lastCharacter) {}
+    Refusal(const char* event, char32_t lastCharacter, const Locator* locator) noexcept
+        : event_(event), lastCharacter_(lastCharacter), locator_(locator) {}
 
     [[noreturn]] void because(const char* reason) const;
     /// The same with a name behind the reason.
@@ -63,8 +66,11 @@ public:
     void unlessPublicLiteral(Units units) const;
 
 private:
+    [[noreturn]] void refuse(const XmlString& message) const;
+
     const char* event_;
     char32_t lastCharacter_;
+    const Locator* locator_;
 };
 
 } // namespace Quillon::Xml::Sax

@@ -114,6 +114,11 @@ void StrictWriter::spaceOutsideRoot(bool on) noexcept {
     document_->spaceOutsideRoot = on;
 }
 
+void StrictWriter::setDocumentLocator(Locator* locator) {
+    TextConsumer::setDocumentLocator(locator);
+    document_->nextLocator = locator;
+}
+
 void StrictWriter::startDocument() {
     document_->begin(getEncoding());
     const bool hasDeclaration = !isCanonical() && document_->encoding && document_->lastCharacter != 0x7F;
@@ -131,6 +136,7 @@ void StrictWriter::endDocument() {
     if (document_->place != Place::Epilog)
         refusal.because("the root element is missing or still open");
     document_->place = Place::Outside;
+    document_->forgetLocator();
     if (isCanonical())
         return;
     newLine();
@@ -151,8 +157,7 @@ void StrictWriter::startElement(const XmlString& uri, const XmlString& localName
                                 const Attributes& attributes) {
     const Refusal refusal = document_->enterMarkup("startElement", After::Mapping);
     const auto list = fetched(attributes);
-    const auto added =
-        document_->open(refusal, uri, localName, qName, list, !isCanonical() && !expandingEntities());
+    const auto added = document_->open(refusal, uri, localName, qName, list, !isCanonical());
     if (document_->isSuppressed())
         return;
     const StrictText text = textTo(*this, *document_);

@@ -45,7 +45,8 @@ class StrictDocument;
 /// DTD events and the types of attributes do not read back. The encoding may not change inside a document.
 ///
 /// Units, Ownership, Threads: as TextConsumer.
-/// Throws:    SaxException, its message the event and the character or the reason ("comment: U+002D ..."). Nothing of
+/// Throws:    SaxException, its message the event and the character or the reason ("comment: U+002D ..."), or, with a
+///            locator, the SaxParseException with the place. Nothing of
 ///            that event is in the stream; it is not for the writer to say what becomes of the document, but the next
 ///            startDocument() begins a new one. SaxNotSupportedException from startDocument() for an encoding other than
 ///            UTF-8, US-ASCII and ISO-8859-1. Unlike XmlWriter's, these events let System::OutOfMemoryException and
@@ -62,6 +63,9 @@ public:
     bool spaceOutsideRoot() const noexcept;
     void spaceOutsideRoot(bool on) noexcept;
 
+    /// REQUIRES: a locator that is set before startDocument() lives until endDocument(), or is not used again after
+    /// the next startDocument().
+    void setDocumentLocator(Locator* locator) override;
     void startDocument() override;
     void endDocument() override;
     void startPrefixMapping(const XmlString& prefix, const XmlString& uri) override;
