@@ -37,7 +37,7 @@ struct OrdersByHashThenBytes {
 
 } // namespace
 
-struct NameIdMap::Impl {
+struct [[gnu::visibility("hidden")]] NameIdMap::Impl {
     ~Impl();
     void grow();
 

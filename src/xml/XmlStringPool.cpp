@@ -30,7 +30,7 @@ struct ComparesBelow {
 
 } // namespace
 
-struct XmlStringPool::Impl {
+struct [[gnu::visibility("hidden")]] XmlStringPool::Impl {
     ~Impl();
     void grow();
 

@@ -66,6 +66,169 @@ unsigned int significantCharacters(const unsigned char* text, unsigned int lengt
 
 } // namespace
 
+/// A codec together with the ranges of one call.
+struct [[gnu::visibility("hidden")]] Base64BinaryCodec::Stream {
+    /// Where the group that is being gathered began, and what was held of it there.
+    struct GroupStart {
+        const unsigned char* in;
+        unsigned char groupCount;
+    };
+
+    static bool isInsideGroup(const Base64BinaryCodec& codec) noexcept {
+        return codec.groupCount_ != 0 && codec.groupCount_ != kTextEnded;
+    }
+    static bool hasPending(const Base64BinaryCodec& codec) noexcept {
+        return codec.pendingIndex_ != codec.pendingCount_;
+    }
+    static bool holdsSomething(const Base64BinaryCodec& codec) noexcept {
+        return isInsideGroup(codec) || hasPending(codec);
+    }
+    void deliverPending() noexcept {
+        Xml::deliverPending(ranges, codec.pending_, codec.pendingIndex_, codec.pendingCount_);
+    }
+
+    cteErrorCode encode(bool isFinal) noexcept;
+    void encodeWholeGroups() noexcept;
+    bool gatherBytes(bool isFinal) noexcept;
+    void encodeGatheredGroup() noexcept;
+    void countGroups(unsigned int count) noexcept;
+
+    cteErrorCode decode(bool isFinal) noexcept;
+    bool decodeWholeGroups() noexcept;
+    bool gatherCharacters(GroupStart & start) noexcept;
+    bool decodeGatheredGroup(bool isFinal) noexcept;
+
+    Base64BinaryCodec& codec;
+    CodecRanges ranges;
+};
+
+// Encoding
+
+cteErrorCode Base64BinaryCodec::Stream::encode(bool isFinal) noexcept {
+    deliverPending();
+    while (ranges.room() != 0) {
+        if (codec.groupCount_ == 0 && ranges.left() >= kGroupBytes && ranges.room() >= kGroupCharacters)
+            encodeWholeGroups();
+        else if (gatherBytes(isFinal))
+            encodeGatheredGroup();
+        else
+            break;
+        deliverPending();
+    }
+    return hasPending(codec) || ranges.left() != 0 ? cteOutputFull : cteNoError;
+}
+
+/// As far as the ranges go, but not beyond the line.
+void Base64BinaryCodec::Stream::encodeWholeGroups() noexcept {
+    const std::size_t count = std::min({ranges.left() / kGroupBytes, ranges.room() / kGroupCharacters,
+                                        std::size_t{kGroupsInLine - codec.groupsInLine_}});
+    encodeGroups(ranges.in, ranges.out, count);
+    ranges.in += count * kGroupBytes;
+    ranges.out += count * kGroupCharacters;
+    countGroups(static_cast<unsigned int>(count));
+}
+
+/// False when the input is used up before there is a group that can be encoded.
+bool Base64BinaryCodec::Stream::gatherBytes(bool isFinal) noexcept {
+    while (codec.groupCount_ != kGroupBytes && ranges.left() != 0)
+        codec.group_[codec.groupCount_++] = *ranges.in++;
+    return codec.groupCount_ == kGroupBytes || (isFinal && codec.groupCount_ != 0);
+}
+
+/// Encodes the gathered group, padded if it is not whole.
+void Base64BinaryCodec::Stream::encodeGatheredGroup() noexcept {
+    const std::size_t byteCount = codec.groupCount_;
+    std::fill(codec.group_ + byteCount, codec.group_ + kGroupBytes, static_cast<unsigned char>(0));
+    encodeGroups(codec.group_, codec.pending_, 1);
+    std::fill(codec.pending_ + byteCount + 1, codec.pending_ + kGroupCharacters, kPadding);
+    codec.pendingCount_ = kGroupCharacters;
+    codec.groupCount_ = 0;
+    countGroups(1);
+}
+
+void Base64BinaryCodec::Stream::countGroups(unsigned int count) noexcept {
+    codec.groupsInLine_ += count;
+    if (codec.groupsInLine_ == kGroupsInLine) {
+        codec.groupsInLine_ = 0;
+        codec.pending_[codec.pendingCount_++] = '\n';
+    }
+}
+
+// Decoding
+
+cteErrorCode Base64BinaryCodec::Stream::decode(bool isFinal) noexcept {
+    GroupStart start{ranges.in, codec.groupCount_};
+    deliverPending();
+    while (ranges.room() != 0) {
+        if (codec.groupCount_ == 0 && decodeWholeGroups())
+            continue;
+        if (!gatherCharacters(start))
+            break;
+        if (!decodeGatheredGroup(isFinal)) {
+            ranges.in = start.in;
+            codec.groupCount_ = start.groupCount;
+            return cteInvalidInput;
+        }
+        deliverPending();
+    }
+    if (hasPending(codec) || ranges.left() != 0)
+        return cteOutputFull;
+    return isFinal && isInsideGroup(codec) ? cteIncompleteInput : cteNoError;
+}
+
+/// As far as the ranges and an unbroken row of alphabet characters go; false when that is no group at all.
+bool Base64BinaryCodec::Stream::decodeWholeGroups() noexcept {
+    const std::size_t fitting = std::min(ranges.left() / kGroupCharacters, ranges.room() / kGroupBytes);
+    const std::size_t count = decodeGroups(ranges.in, ranges.out, fitting);
+    ranges.in += count * kGroupCharacters;
+    ranges.out += count * kGroupBytes;
+    return count != 0;
+}
+
+/// False when the input is used up before there is a group. After the end of the text, any character is one.
+bool Base64BinaryCodec::Stream::gatherCharacters(GroupStart& start) noexcept {
+    for (; ranges.left() != 0; ++ranges.in) {
+        if (isWhiteSpace(*ranges.in))
+            continue;
+        if (!isInsideGroup(codec))
+            start = {ranges.in, codec.groupCount_};
+        if (codec.groupCount_ == kTextEnded)
+            return true;
+        codec.group_[codec.groupCount_++] = *ranges.in;
+        if (codec.groupCount_ == kGroupCharacters) {
+            ++ranges.in;
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Decodes the gathered group; false when it is not valid here.
+///
+/// Of the first two characters the value is used as it maps, 255 included, and cut to a byte with the result.
+bool Base64BinaryCodec::Stream::decodeGatheredGroup(bool isFinal) noexcept {
+    if (codec.groupCount_ == kTextEnded)
+        return false;
+    const unsigned char* const group = codec.group_;
+    const unsigned int first = valueOf(group[0]), second = valueOf(group[1]), third = valueOf(group[2]),
+                       fourth = valueOf(group[3]);
+    const bool isWhole = isInAlphabet(third) && isInAlphabet(fourth);
+    if (!isWhole && !(isFinal && group[3] == kPadding))
+        return false;
+    const bool isTwoBytes = !isWhole && group[2] != kPadding;
+    const bool isOneByte = !isWhole && group[2] == kPadding;
+    if ((isTwoBytes && (third & 3) != 0) || (isOneByte && (second & 15) != 0))
+        return false;
+    codec.pending_[0] = static_cast<unsigned char>(first << 2 | second >> 4);
+    codec.pending_[1] = static_cast<unsigned char>(second << 4 | third >> 2);
+    codec.pending_[2] = static_cast<unsigned char>(third << 6 | fourth);
+    codec.pendingCount_ = isWhole ? 3 : isTwoBytes ? 2 : 1;
+    codec.groupCount_ = isWhole ? 0 : kTextEnded;
+    return true;
+}
+
+// The codec
+
 Base64BinaryCodec::Base64BinaryCodec() noexcept {
     reset();
 }
@@ -90,167 +253,17 @@ unsigned int Base64BinaryCodec::encoded_size(unsigned int n, cteErrorCode* err) 
     return 0;
 }
 
-// Streaming, both directions
-
-bool Base64BinaryCodec::isInsideGroup() const noexcept {
-    return groupCount_ != 0 && groupCount_ != kTextEnded;
-}
-
-bool Base64BinaryCodec::hasPending() const noexcept {
-    return pendingIndex_ != pendingCount_;
-}
-
-void Base64BinaryCodec::deliverPending(CodecRanges& ranges) noexcept {
-    const std::size_t count = pendingCount_ - std::size_t{pendingIndex_};
-    const std::size_t delivered = ranges.deliver(pending_ + pendingIndex_, count);
-    pendingIndex_ = static_cast<unsigned char>(pendingIndex_ + delivered);
-    if (!hasPending())
-        pendingIndex_ = pendingCount_ = 0;
-}
-
-// Encoding
-
 void Base64BinaryCodec::encode(unsigned char** out, const unsigned char* outEnd, const unsigned char** in,
                                const unsigned char* inEnd, bool isFinal, cteErrorCode* err) {
-    if (err == nullptr)
-        return;
-    if (!areUsable(out, outEnd, in, inEnd, hasPending() || isInsideGroup())) {
-        *err = cteInvalidArguments;
-        return;
-    }
-    CodecRanges ranges{*out, outEnd, *in, inEnd};
-    deliverPending(ranges);
-    while (ranges.room() != 0) {
-        if (groupCount_ == 0 && ranges.left() >= kGroupBytes && ranges.room() >= kGroupCharacters)
-            encodeWholeGroups(ranges);
-        else if (gatherBytes(ranges, isFinal))
-            encodeGatheredGroup();
-        else
-            break;
-        deliverPending(ranges);
-    }
-    if (hasPending() || ranges.left() != 0)
-        *err = cteOutputFull;
+    if (areUsable(out, outEnd, in, inEnd, Stream::holdsSomething(*this), err))
+        report(Stream{*this, {*out, outEnd, *in, inEnd}}.encode(isFinal), err);
 }
-
-/// As far as the ranges go, but not beyond the line.
-void Base64BinaryCodec::encodeWholeGroups(CodecRanges& ranges) noexcept {
-    const std::size_t count = std::min({ranges.left() / kGroupBytes, ranges.room() / kGroupCharacters,
-                                        std::size_t{kGroupsInLine - groupsInLine_}});
-    encodeGroups(ranges.in, ranges.out, count);
-    ranges.in += count * kGroupBytes;
-    ranges.out += count * kGroupCharacters;
-    countGroups(static_cast<unsigned int>(count));
-}
-
-/// False when the input is used up before there is a group that can be encoded.
-bool Base64BinaryCodec::gatherBytes(CodecRanges& ranges, bool isFinal) noexcept {
-    while (groupCount_ != kGroupBytes && ranges.left() != 0)
-        group_[groupCount_++] = *ranges.in++;
-    return groupCount_ == kGroupBytes || (isFinal && groupCount_ != 0);
-}
-
-/// Encodes the group in group_, padded if it is not whole.
-void Base64BinaryCodec::encodeGatheredGroup() noexcept {
-    std::fill(group_ + groupCount_, group_ + kGroupBytes, static_cast<unsigned char>(0));
-    encodeGroups(group_, pending_, 1);
-    std::fill(pending_ + groupCount_ + 1, pending_ + kGroupCharacters, kPadding);
-    pendingCount_ = kGroupCharacters;
-    groupCount_ = 0;
-    countGroups(1);
-}
-
-void Base64BinaryCodec::countGroups(unsigned int count) noexcept {
-    groupsInLine_ += count;
-    if (groupsInLine_ == kGroupsInLine) {
-        groupsInLine_ = 0;
-        pending_[pendingCount_++] = '\n';
-    }
-}
-
-// Decoding
 
 void Base64BinaryCodec::decode(unsigned char** out, const unsigned char* outEnd, const unsigned char** in,
                                const unsigned char* inEnd, bool isFinal, cteErrorCode* err) {
-    if (err == nullptr)
-        return;
-    if (!areUsable(out, outEnd, in, inEnd, hasPending() || isInsideGroup())) {
-        *err = cteInvalidArguments;
-        return;
-    }
-    CodecRanges ranges{*out, outEnd, *in, inEnd};
-    GroupStart start{*in, groupCount_};
-    deliverPending(ranges);
-    while (ranges.room() != 0) {
-        if (groupCount_ == 0 && decodeWholeGroups(ranges))
-            continue;
-        if (!gatherCharacters(ranges, start))
-            break;
-        if (!decodeGatheredGroup(isFinal)) {
-            ranges.in = start.in;
-            groupCount_ = start.groupCount;
-            *err = cteInvalidInput;
-            return;
-        }
-        deliverPending(ranges);
-    }
-    if (hasPending() || ranges.left() != 0)
-        *err = cteOutputFull;
-    else if (isFinal && isInsideGroup())
-        *err = cteIncompleteInput;
+    if (areUsable(out, outEnd, in, inEnd, Stream::holdsSomething(*this), err))
+        report(Stream{*this, {*out, outEnd, *in, inEnd}}.decode(isFinal), err);
 }
-
-/// As far as the ranges and an unbroken row of alphabet characters go; false when that is no group at all.
-bool Base64BinaryCodec::decodeWholeGroups(CodecRanges& ranges) noexcept {
-    const std::size_t fitting = std::min(ranges.left() / kGroupCharacters, ranges.room() / kGroupBytes);
-    const std::size_t count = decodeGroups(ranges.in, ranges.out, fitting);
-    ranges.in += count * kGroupCharacters;
-    ranges.out += count * kGroupBytes;
-    return count != 0;
-}
-
-/// False when the input is used up before there is a group. After the end of the text, any character is one.
-bool Base64BinaryCodec::gatherCharacters(CodecRanges& ranges, GroupStart& start) noexcept {
-    for (; ranges.left() != 0; ++ranges.in) {
-        if (isWhiteSpace(*ranges.in))
-            continue;
-        if (!isInsideGroup())
-            start = {ranges.in, groupCount_};
-        if (groupCount_ == kTextEnded)
-            return true;
-        group_[groupCount_++] = *ranges.in;
-        if (groupCount_ == kGroupCharacters) {
-            ++ranges.in;
-            return true;
-        }
-    }
-    return false;
-}
-
-/// Decodes the group in group_; false when it is not valid here.
-///
-/// Of the first two characters the value is used as it maps, 255 included, and cut to a byte with the result.
-bool Base64BinaryCodec::decodeGatheredGroup(bool isFinal) noexcept {
-    if (groupCount_ == kTextEnded)
-        return false;
-    const unsigned int first = valueOf(group_[0]), second = valueOf(group_[1]), third = valueOf(group_[2]),
-                       fourth = valueOf(group_[3]);
-    const bool isWhole = isInAlphabet(third) && isInAlphabet(fourth);
-    if (!isWhole && !(isFinal && group_[3] == kPadding))
-        return false;
-    const bool isTwoBytes = !isWhole && group_[2] != kPadding;
-    const bool isOneByte = !isWhole && group_[2] == kPadding;
-    if ((isTwoBytes && (third & 3) != 0) || (isOneByte && (second & 15) != 0))
-        return false;
-    pending_[0] = static_cast<unsigned char>(first << 2 | second >> 4);
-    pending_[1] = static_cast<unsigned char>(second << 4 | third >> 2);
-    pending_[2] = static_cast<unsigned char>(third << 6 | fourth);
-    pendingCount_ = isWhole ? 3 : isTwoBytes ? 2 : 1;
-    groupCount_ = isWhole ? 0 : kTextEnded;
-    return true;
-}
-
-// One-shot
 
 unsigned char* Base64BinaryCodec::encode(const unsigned char* data, unsigned int length,
                                          unsigned int* outLength, cteErrorCode* err) {

@@ -6,8 +6,6 @@
 
 namespace Quillon::Xml {
 
-struct CodecRanges;
-
 /// Binary data as Base64 text (RFC 4648, "=" padding, a line feed after every 76 characters), and back.
 ///
 /// The streaming calls work through the caller's ranges and keep what is between two calls: a group that the input
@@ -78,24 +76,7 @@ public:
                           cteErrorCode* err);
 
 private:
-    /// Where the group that is being gathered began, and what was held of it there.
-    struct GroupStart {
-        const unsigned char* in;
-        unsigned char groupCount;
-    };
-
-    bool isInsideGroup() const noexcept;
-    bool hasPending() const noexcept;
-    void deliverPending(CodecRanges& ranges) noexcept;
-
-    void encodeWholeGroups(CodecRanges& ranges) noexcept;
-    bool gatherBytes(CodecRanges& ranges, bool isFinal) noexcept;
-    void encodeGatheredGroup() noexcept;
-    void countGroups(unsigned int count) noexcept;
-
-    bool decodeWholeGroups(CodecRanges& ranges) noexcept;
-    bool gatherCharacters(CodecRanges& ranges, GroupStart& start) noexcept;
-    bool decodeGatheredGroup(bool isFinal) noexcept;
+    struct Stream;
 
     unsigned char group_[4];     // up to three bytes when encoding, up to four characters when decoding
     unsigned char groupCount_;   // in group_; when decoding, 5 after a padded group: the text has ended

@@ -30,13 +30,33 @@ struct CodecRanges {
     }
 };
 
-/// Whether a streaming call can serve these ranges. `holdsSomething`: the codec has a partial unit or pending output.
+/// Delivers the items from `index` to `count` of `pending`, or as many as there is room for; both are 0 behind the last.
+inline void deliverPending(CodecRanges& ranges, const unsigned char* pending, unsigned char& index,
+                           unsigned char& count) noexcept {
+    const std::size_t left = count - std::size_t{index};
+    index = static_cast<unsigned char>(index + ranges.deliver(pending + index, left));
+    if (index == count)
+        index = count = 0;
+}
+
+/// Whether a streaming call can serve these arguments; if not, stores the error where there is a place for it.
+/// `holdsSomething`: the codec has a partial unit or pending output.
 inline bool areUsable(unsigned char** out, const unsigned char* outEnd, const unsigned char** in,
-                      const unsigned char* inEnd, bool holdsSomething) noexcept {
-    if (out == nullptr || *out == nullptr || outEnd == nullptr || in == nullptr || *in == nullptr
-        || inEnd == nullptr)
+                      const unsigned char* inEnd, bool holdsSomething, cteErrorCode* err) noexcept {
+    if (err == nullptr)
         return false;
-    return *out < outEnd && (*in < inEnd || (*in == inEnd && holdsSomething));
+    const bool arePointers = out != nullptr && *out != nullptr && outEnd != nullptr && in != nullptr
+                             && *in != nullptr && inEnd != nullptr;
+    if (arePointers && *out < outEnd && (*in < inEnd || (*in == inEnd && holdsSomething)))
+        return true;
+    *err = cteInvalidArguments;
+    return false;
+}
+
+/// Only errors are stored.
+inline void report(cteErrorCode found, cteErrorCode* err) noexcept {
+    if (found != cteNoError)
+        *err = found;
 }
 
 /// Runs `convert`, a final streaming call on a codec of its own, over the whole input and into a new array of
@@ -55,10 +75,9 @@ unsigned char* convertAtOnce(const unsigned char* in, unsigned int length, std::
     const unsigned char* const outEnd = out + capacity;
     cteErrorCode found = cteNoError;
     convert(&out, outEnd, &in, in + length, &found);
-    if (found != cteNoError) {
-        *err = found;
+    report(found, err);
+    if (found != cteNoError)
         return nullptr;
-    }
     if (out != outEnd)
         *out = 0;
     *outLength = static_cast<unsigned int>(out - result.get());

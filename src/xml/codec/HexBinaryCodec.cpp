@@ -29,6 +29,85 @@ bool isWhiteSpace(unsigned char character) noexcept {
 
 } // namespace
 
+/// A codec together with the ranges of one call.
+struct [[gnu::visibility("hidden")]] HexBinaryCodec::Stream {
+    static bool hasPending(const HexBinaryCodec& codec) noexcept {
+        return codec.pendingIndex_ != codec.pendingCount_;
+    }
+    void deliverPending() noexcept {
+        Xml::deliverPending(ranges, codec.pending_, codec.pendingIndex_, codec.pendingCount_);
+    }
+
+    cteErrorCode encode() noexcept;
+    void fillWithCharacters() noexcept;
+
+    cteErrorCode decode(bool isFinal) noexcept;
+    bool fillWithBytes() noexcept;
+
+    HexBinaryCodec& codec;
+    CodecRanges ranges;
+};
+
+// Encoding
+
+cteErrorCode HexBinaryCodec::Stream::encode() noexcept {
+    deliverPending();
+    while (ranges.room() != 0 && ranges.left() != 0) {
+        fillWithCharacters();
+        deliverPending();
+    }
+    return hasPending(codec) || ranges.left() != 0 ? cteOutputFull : cteNoError;
+}
+
+/// Fills pending_, which is empty, as far as the input goes.
+void HexBinaryCodec::Stream::fillWithCharacters() noexcept {
+    const std::size_t count = std::min(ranges.left(), sizeof codec.pending_ / 2);
+    unsigned char* out = codec.pending_;
+    for (const unsigned char* const end = ranges.in + count; ranges.in != end; ++ranges.in) {
+        *out++ = static_cast<unsigned char>(hexAlphabet[*ranges.in >> 4]);
+        *out++ = static_cast<unsigned char>(hexAlphabet[*ranges.in & 15]);
+    }
+    codec.pendingCount_ = static_cast<unsigned char>(count * 2);
+}
+
+// Decoding
+
+cteErrorCode HexBinaryCodec::Stream::decode(bool isFinal) noexcept {
+    bool isValid = true;
+    deliverPending();
+    while (isValid && ranges.room() != 0 && ranges.left() != 0) {
+        isValid = fillWithBytes();
+        deliverPending();
+    }
+    if (hasPending(codec)) // also before a fault, which the next call meets again
+        return cteOutputFull;
+    if (!isValid)
+        return cteInvalidInput;
+    if (ranges.left() != 0)
+        return cteOutputFull;
+    return isFinal && codec.digitCount_ != 0 ? cteIncompleteInput : cteNoError;
+}
+
+/// Fills pending_, which is empty, as far as the input goes. False when it stops at an invalid byte.
+bool HexBinaryCodec::Stream::fillWithBytes() noexcept {
+    for (; codec.pendingCount_ != sizeof codec.pending_ && ranges.left() != 0; ++ranges.in) {
+        if (isWhiteSpace(*ranges.in))
+            continue;
+        const unsigned char digit = digitOf(*ranges.in);
+        if (digit == kNoDigit)
+            return false;
+        codec.digits_[codec.digitCount_++] = digit;
+        if (codec.digitCount_ == 2) {
+            codec.pending_[codec.pendingCount_++] =
+                static_cast<unsigned char>(codec.digits_[0] << 4 | codec.digits_[1]);
+            codec.digitCount_ = 0;
+        }
+    }
+    return true;
+}
+
+// The codec
+
 HexBinaryCodec::HexBinaryCodec() noexcept {
     reset();
 }
@@ -41,96 +120,17 @@ void HexBinaryCodec::reset() noexcept {
     pendingCount_ = pendingIndex_ = digitCount_ = 0;
 }
 
-// Streaming, both directions
-
-bool HexBinaryCodec::hasPending() const noexcept {
-    return pendingIndex_ != pendingCount_;
-}
-
-void HexBinaryCodec::deliverPending(CodecRanges& ranges) noexcept {
-    const std::size_t count = pendingCount_ - std::size_t{pendingIndex_};
-    const std::size_t delivered = ranges.deliver(pending_ + pendingIndex_, count);
-    pendingIndex_ = static_cast<unsigned char>(pendingIndex_ + delivered);
-    if (!hasPending())
-        pendingIndex_ = pendingCount_ = 0;
-}
-
-// Encoding
-
 void HexBinaryCodec::encode(unsigned char** out, const unsigned char* outEnd, const unsigned char** in,
                             const unsigned char* inEnd, bool /*isFinal*/, cteErrorCode* err) {
-    if (err == nullptr)
-        return;
-    if (!areUsable(out, outEnd, in, inEnd, hasPending())) {
-        *err = cteInvalidArguments;
-        return;
-    }
-    CodecRanges ranges{*out, outEnd, *in, inEnd};
-    deliverPending(ranges);
-    while (ranges.room() != 0 && ranges.left() != 0) {
-        fillWithCharacters(ranges);
-        deliverPending(ranges);
-    }
-    if (hasPending() || ranges.left() != 0)
-        *err = cteOutputFull;
+    if (areUsable(out, outEnd, in, inEnd, Stream::hasPending(*this), err))
+        report(Stream{*this, {*out, outEnd, *in, inEnd}}.encode(), err);
 }
-
-/// Fills pending_, which is empty, as far as the input goes.
-void HexBinaryCodec::fillWithCharacters(CodecRanges& ranges) noexcept {
-    const std::size_t count = std::min(ranges.left(), sizeof pending_ / 2);
-    unsigned char* out = pending_;
-    for (const unsigned char* end = ranges.in + count; ranges.in != end; ++ranges.in) {
-        *out++ = static_cast<unsigned char>(hexAlphabet[*ranges.in >> 4]);
-        *out++ = static_cast<unsigned char>(hexAlphabet[*ranges.in & 15]);
-    }
-    pendingCount_ = static_cast<unsigned char>(count * 2);
-}
-
-// Decoding
 
 void HexBinaryCodec::decode(unsigned char** out, const unsigned char* outEnd, const unsigned char** in,
                             const unsigned char* inEnd, bool isFinal, cteErrorCode* err) {
-    if (err == nullptr)
-        return;
-    if (!areUsable(out, outEnd, in, inEnd, hasPending() || digitCount_ != 0)) {
-        *err = cteInvalidArguments;
-        return;
-    }
-    CodecRanges ranges{*out, outEnd, *in, inEnd};
-    bool isValid = true;
-    deliverPending(ranges);
-    while (isValid && ranges.room() != 0 && ranges.left() != 0) {
-        isValid = fillWithBytes(ranges);
-        deliverPending(ranges);
-    }
-    if (hasPending()) // also before a fault, which the next call meets again
-        *err = cteOutputFull;
-    else if (!isValid)
-        *err = cteInvalidInput;
-    else if (ranges.left() != 0)
-        *err = cteOutputFull;
-    else if (isFinal && digitCount_ != 0)
-        *err = cteIncompleteInput;
+    if (areUsable(out, outEnd, in, inEnd, Stream::hasPending(*this) || digitCount_ != 0, err))
+        report(Stream{*this, {*out, outEnd, *in, inEnd}}.decode(isFinal), err);
 }
-
-/// Fills pending_, which is empty, as far as the input goes. False when it stops at an invalid byte.
-bool HexBinaryCodec::fillWithBytes(CodecRanges& ranges) noexcept {
-    for (; pendingCount_ != sizeof pending_ && ranges.left() != 0; ++ranges.in) {
-        if (isWhiteSpace(*ranges.in))
-            continue;
-        const unsigned char digit = digitOf(*ranges.in);
-        if (digit == kNoDigit)
-            return false;
-        digits_[digitCount_++] = digit;
-        if (digitCount_ == 2) {
-            pending_[pendingCount_++] = static_cast<unsigned char>(digits_[0] << 4 | digits_[1]);
-            digitCount_ = 0;
-        }
-    }
-    return true;
-}
-
-// One-shot
 
 unsigned char* HexBinaryCodec::encode(const unsigned char* data, unsigned int length, unsigned int* outLength,
                                       cteErrorCode* err) {

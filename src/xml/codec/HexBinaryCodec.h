@@ -6,8 +6,6 @@
 
 namespace Quillon::Xml {
 
-struct CodecRanges;
-
 /// Binary data as upper-case hexadecimal digits, without separators or line breaks, and back.
 ///
 /// The streaming calls work through the caller's ranges and keep what is between two calls: a digit whose pair is not
@@ -57,10 +55,7 @@ public:
                           cteErrorCode* err);
 
 private:
-    bool hasPending() const noexcept;
-    void deliverPending(CodecRanges& ranges) noexcept;
-    void fillWithCharacters(CodecRanges& ranges) noexcept;
-    bool fillWithBytes(CodecRanges& ranges) noexcept;
+    struct Stream;
 
     unsigned char pending_[128]; // converted, but not delivered
     unsigned char pendingCount_; // in pending_
