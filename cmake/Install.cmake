@@ -10,10 +10,7 @@ install(TARGETS zutarnex zutarnex_saxreader EXPORT zutarnexTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zutarnex)
-if(TARGET saxengine)
-    set_target_properties(saxengine PROPERTIES INSTALL_RPATH "$ORIGIN")
-    install(TARGETS saxengine LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-endif()
+install(TARGETS saxengine LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}) # where libzutarnex.so's RUNPATH finds it
 file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
 set_target_properties(zutarnex_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 install(TARGETS zutarnex_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
