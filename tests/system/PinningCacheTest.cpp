@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace Quillon::System {
 namespace {
 
@@ -45,6 +47,33 @@ TEST_F(PinningCacheTest, PinnedObjectLivesAsLongAsTheCache) {
         EXPECT_EQ(1, *cache.find(kName));
     }
     EXPECT_TRUE(watch.expired());
+}
+
+/// Goes with the control block that holds the deleter, when the last pointer of any kind has let go.
+struct Note {
+    std::string& notes;
+    char name;
+    ~Note() { notes += name; }
+};
+
+struct NotingDeleter {
+    boost::shared_ptr<Note> note;
+    void operator()(int*) const { note->notes += 'd'; }
+};
+
+boost::shared_ptr<int> noted(std::string& notes, char name) {
+    static int object = 0;
+    return boost::shared_ptr<int>(&object, NotingDeleter{boost::shared_ptr<Note>(new Note{notes, name})});
+}
+
+TEST_F(PinningCacheTest, WhatIsKnownIsForgottenBeforeThePinsAreReleased) {
+    std::string notes;
+    {
+        IntCache cache;
+        cache.insert("a", noted(notes, 'a'), true);
+        cache.insert("b", noted(notes, 'b'), true);
+    }
+    EXPECT_EQ("dadb", notes) << "the weak pointers had gone, so each release was the last one";
 }
 
 TEST_F(PinningCacheTest, KnownObjectMayBePinnedLater) {
