@@ -85,15 +85,17 @@ Outcome ReadingFixture::refused(std::string_view bytes) {
 }
 
 void ReadingFixture::serveResources() {
-    handler_->resolveWith([this](const Xml::XmlString&, const Xml::XmlString& systemId) -> InputSource* {
-        asked.push_back(show(systemId));
-        const auto found = resources.find(asked.back());
-        if (found == resources.end())
-            return nullptr;
-        channels_.push_back(
-            std::make_unique<Xml::MemoryByteChannel>(found->second.data(), found->second.size()));
-        return new InputSource(channels_.back().get());
-    });
+    reader_->setEntityResolver(&server_);
+}
+
+InputSource* ReadingFixture::Server::resolveEntity(const Xml::XmlString&, const Xml::XmlString& systemId) {
+    fixture_.asked.push_back(show(systemId));
+    const auto found = fixture_.resources.find(fixture_.asked.back());
+    if (found == fixture_.resources.end())
+        return nullptr;
+    const std::string& resource = found->second;
+    fixture_.channels_.push_back(std::make_unique<Xml::MemoryByteChannel>(resource.data(), resource.size()));
+    return new InputSource(fixture_.channels_.back().get());
 }
 
 std::string utf16(std::u16string_view text, bool bigEndian) {

@@ -6,11 +6,14 @@
 #include "support/HostFixture.h"
 #include "support/RecordingHandler.h"
 #include "support/Text.h"
+#include "xml/sax/Attributes2.h"
+#include "xml/sax/DefaultHandler2.h"
 #include "xml/sax/InputSource.h"
 #include "xml/sax/SaxIdentifiers.h"
 #include "xml/sax/SaxParseException.h"
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,12 +55,24 @@ protected:
     /// The error of a document that must be refused.
     Outcome refused(std::string_view bytes);
 
-    /// The resolver answers these: system identifier (as the resolver gets it) to text.
-    std::map<std::string, std::string> resources;
+    /// Resolves entities from `resources`, which are texts by absolute system identifier; what is not there, the reader
+    /// opens.
     void serveResources();
-    std::vector<std::string> asked; ///< the system identifiers that the resolver was asked for
+    std::map<std::string, std::string> resources;
+    std::vector<std::string> asked; ///< the system identifiers that were asked for
 
 private:
+    class Server : public Xml::Sax::EntityResolver {
+    public:
+        explicit Server(ReadingFixture& fixture) : fixture_(fixture) {}
+        Xml::Sax::InputSource* resolveEntity(const Xml::XmlString& publicId,
+                                             const Xml::XmlString& systemId) override;
+
+    private:
+        ReadingFixture& fixture_;
+    };
+
+    Server server_{*this};
     std::optional<Xml::Sax::SaxEngineReader> reader_;
     std::optional<RecordingHandler> handler_;
     std::vector<std::unique_ptr<Xml::MemoryByteChannel>> channels_;
