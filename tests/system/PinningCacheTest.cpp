@@ -73,7 +73,8 @@ TEST_F(PinningCacheTest, WhatIsKnownIsForgottenBeforeThePinsAreReleased) {
         cache.insert("a", noted(notes, 'a'), true);
         cache.insert("b", noted(notes, 'b'), true);
     }
-    EXPECT_EQ("dadb", notes) << "the weak pointers had gone, so each release was the last one";
+    // The weak pointers had gone, so each release was the last one; which is the first is the map's affair.
+    EXPECT_TRUE(notes == "dadb" || notes == "dbda") << notes;
 }
 
 TEST_F(PinningCacheTest, KnownObjectMayBePinnedLater) {
