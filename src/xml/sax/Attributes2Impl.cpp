@@ -14,6 +14,8 @@ namespace Quillon::Xml::Sax {
 
 namespace {
 
+// Deliberate: lower case and no colon, unlike that of AttributesImpl (tests/xml/sax/Attributes2ImplTest.cpp,
+// IsRefusedInLowerCase).
 constexpr Utf16Literal kNoAttributeAtIndex(u"no attribute at index");
 constexpr Utf16Literal kQNameNotDeclared(u"qName is not in Attribute declared list");
 constexpr Utf16Literal kQNameNotSpecified(u"qName is not in Attribute specified list");

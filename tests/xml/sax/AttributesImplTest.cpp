@@ -221,10 +221,10 @@ TEST_F(AttributesImplTest, OwnStringsCanBeAdded) {
 
 TEST_F(AttributesImplTest, ReadingBeyondTheEndGivesNull) {
     AttributesImpl list;
-    for (const int length : {0, 2}) {
-        fill(list, length);
+    for (const int added : {0, 2, 3}) { // with five entries, the array has no room behind the last one
+        fill(list, added);
         for (const unsigned int index : {list.getLength(), 5u, 0x80000000u, 0xFFFFFFFFu})
-            EXPECT_EQ(kNullRow, row(list, index)) << length << ' ' << index;
+            EXPECT_EQ(kNullRow, row(list, index)) << added << ' ' << index;
     }
 }
 
@@ -593,7 +593,9 @@ TEST_F(AttributesImplTest, MoreStringsThanACountHoldsAreRefused) {
         const AskedAttributes source(length);
         AttributesImpl list;
         fill(list, 3);
+        const std::size_t requests = hostMemory().requests();
         EXPECT_THROW(list.setAttributes(source), System::OutOfMemoryException);
+        EXPECT_EQ(requests, hostMemory().requests()); // the host is not even asked
         EXPECT_EQ(0u, list.getLength());
         EXPECT_EQ(Rows{"getLength()"}, source.questions);
     }
