@@ -14,7 +14,7 @@ std::string errorText(const OpenEntity& entity);
 // The amplification limits that each parse sets: together, a document may grow to this many times its size once more
 // than so many bytes have been seen.
 inline constexpr float kMaximumAmplification = 100.0f;
-inline constexpr unsigned long long kAmplificationThreshold = 8u * 1024 * 1024;
+inline constexpr unsigned long long kAmplificationThreshold = 8ull * 1024 * 1024;
 
 } // namespace Quillon::SaxEngine
 

@@ -114,7 +114,7 @@ private:
             return;
         auto functor = std::make_unique<Functor>();
         node_._bind(from, to, opaque(functor.get()));
-        functor.release();
+        static_cast<void>(functor.release()); // the node owns it now
     }
 
     CvsnRegistryNode& node_;

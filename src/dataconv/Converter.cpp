@@ -48,7 +48,7 @@ void Converter::bindBetween(const char* from, const char* to, std::unique_ptr<AC
     node_->_bind(fromId, toId, opaque(functor.get()));
     if (node_->_lookup(fromId, toId) != opaque(functor.get())) // the old binding was kept
         AlreadyBoundException::doThrow();
-    functor.release();
+    static_cast<void>(functor.release()); // the node owns it now
 }
 
 } // namespace Quillon::DataConv

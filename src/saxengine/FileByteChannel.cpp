@@ -37,7 +37,7 @@ FileByteChannel::FileByteChannel(const char* path) : descriptor_(openFile(path))
 }
 
 FileByteChannel::~FileByteChannel() {
-    if (isOpen())
+    if (FileByteChannel::isOpen())
         ::close(descriptor_);
 }
 
