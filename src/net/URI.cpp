@@ -40,7 +40,7 @@ void store(URI& uri, void (URI::*set)(unsigned char*) noexcept, TextRange range)
 
 URI::URI() noexcept = default;
 
-// Delegating constructors: once URI() is done, the destructor frees what a failed copy leaves behind.
+// Delegates: once URI() is done, the destructor frees what a failed copy leaves behind.
 URI::URI(const unsigned char* scheme, const unsigned char* authority, const unsigned char* path,
          const unsigned char* query, const unsigned char* fragment)
     : URI() {
@@ -51,7 +51,7 @@ URI::URI(const unsigned char* scheme, const unsigned char* authority, const unsi
     setFragment(duplicate(fragment).release());
 }
 
-URI::URI(const URI& other) : URI() {
+URI::URI(const URI& other) {
     copy(other);
 }
 
@@ -63,7 +63,6 @@ URI& URI::operator=(const URI& other) {
     if (this == &other)
         return *this;
     URI copied(other); // first, so that nothing is lost when memory runs out
-    cleanup();
     setScheme(std::exchange(copied.scheme_, nullptr));
     setAuthority(std::exchange(copied.authority_, nullptr));
     setPath(std::exchange(copied.path_, nullptr));
@@ -74,6 +73,7 @@ URI& URI::operator=(const URI& other) {
     return *this;
 }
 
+// All of it or nothing.
 void URI::copy(const URI& other) {
     OwnedText scheme = duplicate(other.scheme_);
     OwnedText authority = duplicate(other.authority_);

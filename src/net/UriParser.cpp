@@ -244,7 +244,7 @@ void Parser::checkIpv6(Position begin, Position close) const {
 }
 
 /// Skips groups of up to four hexadecimal digits with single colons between them, but not the first number of an
-/// IPv4 address. Returns the end of the last group; `at` when there is none.
+/// IPv4 address. Returns the end of the last group, before any double colon; `at` when there is none.
 Position Parser::skipGroups(Position at, Position close) const {
     for (Position group = at;; group = at + 1) {
         const Position end = skip(kHexDigits, group);
@@ -253,7 +253,7 @@ Position Parser::skipGroups(Position at, Position close) const {
         if (end - group > 4)
             fail(kLongGroup, group);
         at = end;
-        if (at[0] != ':' || at[1] == ':')
+        if (*at != ':')
             return at;
         if (at + 1 == close)
             fail(kNoGroup, close);

@@ -1,6 +1,7 @@
 // Texts whose lengths 32 bits cannot count: one small block of memory, mapped again and again.
 #include "net/URI.h"
 
+#include "net/URISyntaxException.h"
 #include "net/UriFixture.h"
 #include "runtime/HostServices.h"
 
@@ -13,6 +14,7 @@ namespace Quillon::Testing {
 namespace {
 
 using Net::URI;
+using Net::URISyntaxException;
 
 /// `byteCount` times "a" and a terminator; read-only memory that is there once. A URI may own it: the host's release
 /// is replaced by one that passes it over.
@@ -91,10 +93,17 @@ TEST_F(UriHugeTextTest, RecomposeRefusesWhat32BitsCannotCount) {
 TEST_F(UriHugeTextTest, ConstructRefusesWhat32BitsCannotCount) {
     for (const std::size_t length : {std::size_t{0xFFFFFFFF}, std::size_t{0x100000001}}) {
         const HugeText text(length);
+        text.get()[0] = '^'; // it is not even looked at
         const std::size_t requests = hostMemory().requests();
         EXPECT_THROW(URI::construct(text.get()), int);
         EXPECT_EQ(requests, hostMemory().requests());
     }
+}
+
+TEST_F(UriHugeTextTest, ConstructReadsWhat32BitsCanCount) {
+    const HugeText text(0xFFFFFFFE);
+    text.get()[0] = '^';
+    EXPECT_THROW(URI::construct(text.get()), URISyntaxException);
 }
 
 TEST_F(UriHugeTextTest, CopyRefusesWhat32BitsCannotCount) {
