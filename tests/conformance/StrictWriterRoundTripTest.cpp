@@ -18,6 +18,15 @@ namespace {
 
 using namespace Testing;
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
+/// What takes a sanitizer longer than it is worth: larger documents have the same kinds of events.
+constexpr std::uintmax_t kLargestSanitized = 200000;
+
 const char* const kEncodings[] = {"UTF-8", "US-ASCII", "ISO-8859-1"};
 
 /// Whether the event `line` goes on with the text of the event before.
@@ -28,12 +37,13 @@ bool continues(const std::string& before, const std::string& line) {
     return false;
 }
 
-/// Without the boundaries of CDATA sections, and with adjacent texts joined.
+/// Without the locator and the boundaries of CDATA sections, and with adjacent texts joined.
 std::vector<std::string> comparable(const std::vector<std::string>& lines) {
     const std::string kEnd = "\")";
     std::vector<std::string> result;
     for (const std::string& line : lines) {
-        if (line == "startCDATA()" || line == "endCDATA()" || line == "characters(\"\")")
+        if (line == "startCDATA()" || line == "endCDATA()" || line == "characters(\"\")"
+            || line.starts_with("setDocumentLocator("))
             continue;
         if (!result.empty() && continues(result.back(), line))
             result.back().replace(result.back().size() - kEnd.size(), kEnd.size(),
@@ -53,6 +63,16 @@ struct Reading {
 
 class StrictWriterRoundTripTest : public ReadingFixture {
 protected:
+    /// GoogleTest keeps the room of its stack of traces.
+    void warmUp() override {
+        ReadingFixture::warmUp();
+        SCOPED_TRACE("");
+    }
+    void TearDown() override {
+        std::string().swap(lastMessage_);
+        ReadingFixture::TearDown();
+    }
+
     void prepare(SaxEngineReader& reader, const Reading& reading, bool externals) {
         reader.setFeature(SC_Features_Namespaces(), reading.hasNamespaces);
         reader.setFeature(SC_Features_ExternalGeneralEntities(), externals);
@@ -105,7 +125,7 @@ protected:
         const std::optional<std::string> text = rewritten(source, reading, externals, encoding);
         if (!text) {
             ++refused_;
-            EXPECT_TRUE(isAllowedRefusal(lastMessage_, encoding)) << lastMessage_;
+            EXPECT_TRUE(isAllowedRefusal(lastMessage_, encoding, reading.hasNamespaces)) << lastMessage_;
             return;
         }
         MemoryByteChannel channel(text->data(), static_cast<unsigned int>(text->size()));
@@ -121,12 +141,13 @@ protected:
 
     /// A name, comment or instruction that holds what the encoding lacks, or an entity that was skipped because of a
     /// declaration that cannot be written.
-    static bool isAllowedRefusal(const std::string& message, const char* encoding) {
+    static bool isAllowedRefusal(const std::string& message, const char* encoding, bool hasNamespaces) {
         const bool isUnwritable = message.find(" cannot stand in ") != std::string::npos;
         const bool isSkipped = message.find("no declaration would make a parser skip") != std::string::npos;
         const bool isFragment =
             message.find("U+0023 cannot stand in the system identifier") != std::string::npos;
-        return isSkipped || isFragment || (isUnwritable && std::string(encoding) != "UTF-8");
+        const bool isColon = !hasNamespaces && message.find("U+003A cannot stand in ") != std::string::npos;
+        return isSkipped || isFragment || isColon || (isUnwritable && std::string(encoding) != "UTF-8");
     }
 
     /// Keeps what is written from now on, for another parser to look at.
@@ -137,12 +158,13 @@ protected:
     }
 
     void expectXmllintAcceptsThem() {
-        if (std::system("xmllint --version 2>/dev/null") != 0) {
+        if (std::system("xmllint --version 2> /dev/null") != 0) {
             std::printf("left out, no xmllint on this machine: its judgement of what was written\n");
         } else {
+            const std::string report = (*folder_ / "report").string();
             const std::string command = "find " + folder_->string() + " -name '*.xml' -print0"
-                                        + " | xargs -0 -n 500 xmllint --noout --nonet --huge";
-            EXPECT_EQ(0, std::system(command.c_str()));
+                                        + " | xargs -0 -n 500 xmllint --noout --nonet --huge 2> " + report;
+            EXPECT_EQ(0, std::system(command.c_str())) << std::ifstream(report).rdbuf();
         }
         std::filesystem::remove_all(*folder_);
         folder_.reset();
@@ -161,8 +183,9 @@ TEST_F(StrictWriterRoundTripTest, RealDocumentsReadBackTheSame) {
         return;
     keepTexts();
     for (const std::string& path : realDocuments())
-        checkDocument({path, true, true});
-    EXPECT_LT(150, written_);
+        if (!kIsSanitized || std::filesystem::file_size(path) <= kLargestSanitized)
+            checkDocument({path, true, true});
+    EXPECT_LT(100, written_);
     expectXmllintAcceptsThem();
 }
 
@@ -304,12 +327,7 @@ private:
         const XmlString publicId = orNull(mildString()), systemId = orNull(mildString());
         const XmlString model = text(pick(kModels)), type = text(pick(kTypes)), mode = text(pick(kModes));
         const XmlString value = chance(2) ? XmlString() : string(5), replacement = string(8);
-        const XmlString parameter = [&] {
-            XmlString p = text(u"%");
-            if (first.size() != 0)
-                p += first;
-            return p;
-        }();
+        const XmlString entity = chance(4) ? joined(text(u"%"), u"", first) : first;
         switch (upTo(7)) {
         case 0:
             both([&](auto& h) { h.decl().elementDecl(first, model); });
@@ -319,7 +337,7 @@ private:
             both([&](auto& h) { h.decl().attributeDecl(first, second, type, mode, value); });
             break;
         case 3:
-            both([&](auto& h) { h.decl().internalEntityDecl(chance(4) ? parameter : first, replacement); });
+            both([&](auto& h) { h.decl().internalEntityDecl(entity, replacement); });
             break;
         case 4:
             both([&](auto& h) { h.decl().externalEntityDecl(first, publicId, systemId); });
@@ -380,14 +398,12 @@ private:
         return text(u"");
     }
 
-    XmlString prefixed(const XmlString& prefix, const XmlString& localName) {
-        if (prefix.size() == 0)
-            return localName;
-        XmlString result = text(unitsOf(prefix));
-        result += text(u":");
-        if (localName.size() != 0)
-            result += localName;
-        return result;
+    static XmlString joined(const XmlString& first, const char16_t* between, const XmlString& second) {
+        return text(unitsOf(first) + between + unitsOf(second));
+    }
+
+    static XmlString prefixed(const XmlString& prefix, const XmlString& localName) {
+        return prefix.size() == 0 ? localName : joined(prefix, u":", localName);
     }
 
     void playStart() {
@@ -404,6 +420,8 @@ private:
         }
         const XmlString prefix = text(pick(kPrefixes));
         element.localName = name();
+        if (element.localName.size() == 0) // would be a stream without expanded names
+            element.localName = text(u"?");
         element.qName = prefixed(prefix, element.localName);
         element.uri = chance(30) ? text(u"urn:3") : uriOf(prefix);
         AttributesImpl attributes;
@@ -471,11 +489,7 @@ private:
     int refused_ = 0;
 };
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr unsigned int kStreams = 10000;
-#else
-constexpr unsigned int kStreams = 100000;
-#endif
+constexpr unsigned int kStreams = kIsSanitized ? 10000 : 100000;
 
 TEST_F(StrictWriterRoundTripTest, RandomStreamsAreWrittenSoThatTheyReadBackOrRefused) {
     reader().setFeature(SC_Features_ResolveDtdUris(), false);
@@ -540,7 +554,7 @@ TEST_F(StrictWriterRoundTripTest, EveryUnitAndEveryPairOfMarkupCharactersIsWritt
             const std::vector<unsigned short> copy(expected.begin(), expected.end());
             wanted.characters(copy.data(), 0, static_cast<unsigned int>(copy.size()));
             const std::vector<std::string> lines = comparable(handler().lines());
-            ASSERT_EQ(5u, lines.size());
+            ASSERT_EQ(5u, lines.size()) << testing::PrintToString(lines).substr(0, 500);
             EXPECT_TRUE(wanted.lines().front() == lines[2]) << encoding << inSection;
         }
     }

@@ -38,8 +38,20 @@ StrictDoctype::EntityKind StrictDoctype::entity(Units name) const {
     return found == entities_.end() ? EntityKind::Undeclared : found->second;
 }
 
-void StrictDoctype::declareAttribute(Units element, Units attribute, Units type, bool hasDefault) {
-    attributes_[copyOf(element)].emplace(copyOf(attribute), Attribute{listedType(type), hasDefault});
+void StrictDoctype::declareElement(Units element, bool holdsElementsOnly) {
+    elements_.emplace(copyOf(element), holdsElementsOnly);
+}
+
+bool StrictDoctype::holdsElementsOnly(Units element) const {
+    if (elements_.empty())
+        return false;
+    const auto found = elements_.find(copyOf(element));
+    return found != elements_.end() && found->second;
+}
+
+bool StrictDoctype::declareAttribute(Units element, Units attribute, Units type, bool hasDefault) {
+    auto& attributes = attributes_[copyOf(element)];
+    return attributes.emplace(copyOf(attribute), Attribute{listedType(type), hasDefault}).second;
 }
 
 const StrictDoctype::Attributes* StrictDoctype::attributesOf(Units element) const {

@@ -27,8 +27,12 @@ public:
     bool declareEntity(Units name, EntityKind kind);
     EntityKind entity(Units name) const;
 
-    /// Later declarations of the same attribute change nothing.
-    void declareAttribute(Units element, Units attribute, Units type, bool hasDefault);
+    /// Later declarations of the same element change nothing.
+    void declareElement(Units element, bool holdsElementsOnly);
+    bool holdsElementsOnly(Units element) const;
+
+    /// False when it is declared already: as with entities.
+    bool declareAttribute(Units element, Units attribute, Units type, bool hasDefault);
     /// Null when the element has none declared.
     const Attributes* attributesOf(Units element) const;
 
@@ -36,6 +40,7 @@ public:
 
 private:
     std::map<OwnedUnits, EntityKind> entities_;
+    std::map<OwnedUnits, bool> elements_; ///< whether they hold elements only
     std::map<OwnedUnits, Attributes> attributes_;
 };
 

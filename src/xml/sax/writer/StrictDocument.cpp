@@ -38,7 +38,7 @@ void StrictDocument::begin(const char* encodingName) {
     inSection = false;
     doctype.clear();
     names_.clear();
-    nameStarts_.clear();
+    elements_.clear();
     namespaces_.clear();
     announced_.clear();
     mapped_.clear();
@@ -67,9 +67,7 @@ Refusal StrictDocument::enterMarkup(const char* event, After after) const {
 void StrictDocument::announceMapping(const Refusal& refusal, Units prefix, Units uri) {
     checkPlaceOfElement(refusal);
     if (!prefix.empty())
-        refusal.unlessName(prefix, "a prefix");
-    if (std::find(prefix.begin(), prefix.end(), ':') != prefix.end())
-        refusal.character(':', "a prefix");
+        refusal.unlessNameWithoutColon(prefix, "a prefix");
     refusal.unlessText(uri, "the identifier of a namespace");
     if (!isLegalBinding(prefix, uri))
         refusal.because("reserved or empty names, for the prefix", prefix);
@@ -100,14 +98,16 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
                                               const std::vector<Attribute>& attributes, bool checksTypes) {
     checkPlaceOfElement(refusal);
     Bindings added;
+    const bool hasExpandedNames = !announced_.empty() || !unitsOf(uri).empty() || !unitsOf(localName).empty();
     if (!isSuppressed()) {
         refusal.unlessName(unitsOf(qName), "an element's name");
+        if (depth() != 0 && hasExpandedNames != hasExpandedNames_)
+            refusal.because("the root and this element do not both have expanded names:", unitsOf(qName));
         checkAttributes(refusal, attributes);
         if (checksTypes)
             checkDeclaredAttributes(refusal, unitsOf(qName), attributes);
         try {
-            const bool isPlain = announced_.empty() && unitsOf(uri).empty() && unitsOf(localName).empty();
-            if (!isPlain) { // else the events come from a reader that does not process namespaces
+            if (hasExpandedNames) { // else the events come from a reader that does not process namespaces
                 added = bindNamespaces(refusal, attributes);
                 checkExpandedNames(refusal, uri, localName, qName, attributes);
             }
@@ -116,6 +116,8 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
             throw;
         }
     }
+    if (depth() == 0)
+        hasExpandedNames_ = hasExpandedNames;
     pushName(unitsOf(qName));
     for (StrictNamespaces::Binding& mapping : announced_)
         mapped_.push_back({std::move(mapping.prefix), depth()});
@@ -218,13 +220,8 @@ void StrictDocument::checkExpandedNames(const Refusal& refusal, const XmlString&
 
 void StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
                                        bool isAttribute) const {
+    refusal.unlessQualifiedName(qName, "a qualified name");
     const QualifiedName name(qName);
-    if (name.hasColon) {
-        refusal.unlessName(name.prefix, "a prefix");
-        refusal.unlessName(name.localName, "a local name");
-        if (std::find(name.localName.begin(), name.localName.end(), ':') != name.localName.end())
-            refusal.character(':', "a local name");
-    }
     const bool isInNoNamespace = isAttribute && !name.hasColon; // the default namespace is not for attributes
     const std::optional<Units> bound = isInNoNamespace ? Units() : namespaces_.uriOf(name.prefix);
     if (!bound)
@@ -270,17 +267,17 @@ void StrictDocument::closeEntity(const Refusal& refusal, Units name) {
 }
 
 Units StrictDocument::innermostName() const noexcept {
-    return Units(names_).subspan(nameStarts_.back());
+    return Units(names_).subspan(elements_.back().nameStart);
 }
 
 void StrictDocument::pushName(Units name) {
-    nameStarts_.push_back(names_.size());
+    elements_.push_back({names_.size(), doctype.holdsElementsOnly(name)});
     names_.insert(names_.end(), name.begin(), name.end());
 }
 
 void StrictDocument::popName() {
-    names_.resize(nameStarts_.back());
-    nameStarts_.pop_back();
+    names_.resize(elements_.back().nameStart);
+    elements_.pop_back();
 }
 
 } // namespace Quillon::Xml::Sax

@@ -24,7 +24,7 @@ public:
     };
 
     Place place = Place::Outside;
-    bool spaceOutsideRoot = false;
+    bool spaceIsLayout = false;
     bool inSection = false;
     unsigned int brackets = 0; ///< `]` at the end of the section so far
     char32_t lastCharacter = 0x10FFFF;
@@ -39,6 +39,11 @@ public:
     Refusal enter(const char* event, After after = After::Anything) const;
     /// The same for what may not stand in a CDATA section.
     Refusal enterMarkup(const char* event, After after = After::Anything) const;
+
+    /// Whether a parser takes white space in the innermost element for no text of it.
+    bool isInElementContent() const noexcept {
+        return !elements_.empty() && elements_.back().holdsElementsOnly;
+    }
 
     bool isSuppressed() const noexcept { return suppressing_ != 0; }
 
@@ -71,7 +76,12 @@ private:
         std::size_t depth;
     };
 
-    std::size_t depth() const noexcept { return nameStarts_.size(); }
+    struct OpenElement {
+        std::size_t nameStart;
+        bool holdsElementsOnly;
+    };
+
+    std::size_t depth() const noexcept { return elements_.size(); }
     Units innermostName() const noexcept;
     void pushName(Units name);
     void popName();
@@ -89,8 +99,9 @@ private:
     bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.back().depth > depth(); }
 
     const Locator* locator_ = nullptr;
-    OwnedUnits names_; ///< of the open elements, one behind the other
-    std::vector<std::size_t> nameStarts_;
+    bool hasExpandedNames_ = false; ///< the root, and so every element
+    OwnedUnits names_;              ///< of the open elements, one behind the other
+    std::vector<OpenElement> elements_;
     StrictNamespaces namespaces_;
     Bindings announced_;          ///< by startPrefixMapping, for the next element
     std::vector<Mapping> mapped_; ///< announced and not ended, in the order of their elements

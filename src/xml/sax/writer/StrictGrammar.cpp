@@ -11,7 +11,16 @@ namespace Quillon::Xml::Sax {
 namespace {
 
 bool isName(Units units) {
-    return !units.empty() && endOfName(units.data(), units.size()) == units.size();
+    const bool hasColon = std::find(units.begin(), units.end(), ':') != units.end();
+    return !units.empty() && !hasColon && endOfName(units.data(), units.size()) == units.size();
+}
+
+bool isQualifiedName(Units units) {
+    const auto colon = std::find(units.begin(), units.end(), ':');
+    if (colon == units.end())
+        return isName(units);
+    const auto prefixLength = static_cast<std::size_t>(colon - units.begin());
+    return isName(units.first(prefixLength)) && isName(units.subspan(prefixLength + 1));
 }
 
 bool isNameToken(Units units) {
@@ -50,7 +59,7 @@ bool isMixedModel(Units text) {
     if (equals(rest, ")") || equals(rest, ")*"))
         return true;
     return rest.size() > 2 && rest.front() == '|' && rest.back() == '*'
-           && isAlternatives(rest.subspan(1, rest.size() - 2), isName);
+           && isAlternatives(rest.subspan(1, rest.size() - 2), isQualifiedName);
 }
 
 /// One open group for each entry: the separator that it has shown so far, 0 for none yet.
@@ -63,7 +72,7 @@ bool isElementModel(Units text) {
             ++at;
         }
         const Units name = pieceAt(text, at, "()|,?*+");
-        if (groups.empty() || !isName(name))
+        if (groups.empty() || !isQualifiedName(name))
             return false;
         for (at += name.size();; ++at) { // behind a particle, which may end groups
             if (at < text.size() && isQuantifier(text[at]))
@@ -96,6 +105,10 @@ bool isContentModel(Units text) {
     if (equals(text, "EMPTY") || equals(text, "ANY"))
         return true;
     return startsWith(text, kText) ? isMixedModel(text) : isElementModel(text);
+}
+
+bool holdsElementsOnly(Units text) noexcept {
+    return startsWith(text, "(") && !startsWith(text, kText);
 }
 
 bool isAttributeType(Units text) {

@@ -9,6 +9,8 @@ namespace Quillon::Xml::Sax {
 
 /// `EMPTY`, `ANY`, `(#PCDATA|a|b)*` or `(a,(b|c)*,d?)+`, nested to any depth.
 bool isContentModel(Units text);
+/// Whether white space in such an element is none of its text. REQUIRES: isContentModel(text).
+bool holdsElementsOnly(Units text) noexcept;
 
 /// `CDATA`, `ID` ... `NMTOKENS`, `(a|b)` or `NOTATION (a|b)`.
 bool isAttributeType(Units text);

@@ -90,6 +90,23 @@ void Refusal::unlessName(Units units, const char* place) const {
         character(*unwritable, place);
 }
 
+void Refusal::unlessNameWithoutColon(Units units, const char* place) const {
+    unlessName(units, place);
+    if (std::find(units.begin(), units.end(), ':') != units.end())
+        character(':', place);
+}
+
+void Refusal::unlessQualifiedName(Units units, const char* place) const {
+    unlessName(units, place);
+    const auto colon = std::find(units.begin(), units.end(), ':');
+    if (colon == units.end())
+        return;
+    if (colon == units.begin())
+        character(':', place);
+    unlessNameWithoutColon(units.subspan(static_cast<std::size_t>(colon - units.begin()) + 1),
+                           "a local name");
+}
+
 void Refusal::unlessSystemLiteral(Units units) const {
     unlessVerbatim(units, "a system identifier");
     const bool hasBoth = std::find(units.begin(), units.end(), '"') != units.end()

@@ -61,6 +61,10 @@ public:
     /// Characters that can stand as they are and come back unchanged: no carriage return, none that the encoding lacks.
     void unlessVerbatim(Units units, const char* place) const;
     void unlessName(Units units, const char* place) const;
+    /// A name without a colon, as Namespaces in XML wants those of entities, notations and instructions.
+    void unlessNameWithoutColon(Units units, const char* place) const;
+    /// A name with at most one colon inside, as Namespaces in XML wants those of elements and attributes.
+    void unlessQualifiedName(Units units, const char* place) const;
     /// Null identifiers are left to the caller.
     void unlessSystemLiteral(Units units) const;
     void unlessPublicLiteral(Units units) const;

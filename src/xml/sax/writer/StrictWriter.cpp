@@ -87,7 +87,7 @@ StrictText textTo(XmlWriter& writer, const StrictDocument& document) {
 
 /// What comes with every declaration of an entity.
 void declareEntity(const Refusal& refusal, StrictDocument& document, Units name, EntityKind kind) {
-    refusal.unlessName(bareName(name), "an entity's name");
+    refusal.unlessNameWithoutColon(bareName(name), "an entity's name");
     if (isPredefined(name))
         refusal.because("a parser does not report the declaration of", name);
     if (!document.doctype.declareEntity(name, kind) && !document.isSuppressed())
@@ -99,6 +99,28 @@ void startEntityDeclaration(const StrictText& text, Units name) {
     text.verbatim(bareName(name));
 }
 
+void writeText(const StrictText& text, StrictDocument& document, Units units, bool isCanonical) {
+    if (document.inSection && !isCanonical)
+        text.section(units, document.brackets);
+    else
+        text.escaped(units, Context::Content);
+}
+
+/// Outside a section a parser would report white space in it, or some beside it, as ignorable.
+void writeTextInElementContent(const Refusal& refusal, const StrictText& text, StrictDocument& document,
+                               Units units) {
+    if (std::find(units.begin(), units.end(), '\r') != units.end())
+        refusal.character('\r', "the text of an element that holds elements only");
+    if (document.inSection || units.empty()) {
+        writeText(text, document, units, false);
+        return;
+    }
+    unsigned int brackets = 0;
+    text.ascii("<![CDATA[");
+    text.section(units, brackets);
+    text.ascii("]]>");
+}
+
 } // namespace
 
 StrictWriter::StrictWriter(std::ostream& out)
@@ -106,12 +128,12 @@ StrictWriter::StrictWriter(std::ostream& out)
 
 StrictWriter::~StrictWriter() = default;
 
-bool StrictWriter::spaceOutsideRoot() const noexcept {
-    return document_->spaceOutsideRoot;
+bool StrictWriter::spaceIsLayout() const noexcept {
+    return document_->spaceIsLayout;
 }
 
-void StrictWriter::spaceOutsideRoot(bool on) noexcept {
-    document_->spaceOutsideRoot = on;
+void StrictWriter::spaceIsLayout(bool on) noexcept {
+    document_->spaceIsLayout = on;
 }
 
 void StrictWriter::setDocumentLocator(Locator* locator) {
@@ -194,31 +216,39 @@ void StrictWriter::characters(const unsigned short* ch, unsigned int start, unsi
     refusal.unlessText(units, "text");
     const bool isInside = document_->place == Place::Root;
     const bool isLayout =
-        document_->spaceOutsideRoot && document_->place != Place::Doctype && isSpaceOnly(units);
+        document_->spaceIsLayout && document_->place != Place::Doctype && isSpaceOnly(units);
     if (!isInside && !isLayout && !units.empty())
         refusal.character(units.front(), "text outside the root");
     if (document_->isSuppressed())
         return;
-    if (document_->inSection && !isCanonical())
-        textTo(*this, *document_).section(units, document_->brackets);
+    const StrictText text = textTo(*this, *document_);
+    if (isCanonical() || isLayout || !document_->isInElementContent())
+        writeText(text, *document_, units, isCanonical());
     else
-        textTo(*this, *document_).escaped(units, Context::Content);
+        writeTextInElementContent(refusal, text, *document_, units);
 }
 
 void StrictWriter::ignorableWhitespace(const unsigned short* ch, unsigned int start, unsigned int length) {
-    const Refusal refusal = document_->enter("ignorableWhitespace");
+    const Refusal refusal = document_->enterMarkup("ignorableWhitespace");
     const Units units = textOf(refusal, ch, start, length);
     const auto other =
         std::find_if_not(units.begin(), units.end(), [](unsigned short u) { return isXmlSpace(u); });
     if (other != units.end())
         refusal.character(*other, "white space");
-    characters(ch, start, length);
+    if (document_->place != Place::Root)
+        refusal.because("outside the root element");
+    const bool isText = !document_->isInElementContent() && !document_->spaceIsLayout && !isCanonical();
+    if (document_->isSuppressed())
+        return;
+    if (isText)
+        refusal.because("the element is not declared to hold elements only");
+    writeText(textTo(*this, *document_), *document_, units, isCanonical());
 }
 
 void StrictWriter::processingInstruction(const XmlString& target, const XmlString& data) {
     const Refusal refusal = document_->enterMarkup("processingInstruction");
     const Units name = unitsOf(target), text = unitsOf(data);
-    refusal.unlessName(name, "the target of an instruction");
+    refusal.unlessNameWithoutColon(name, "the target of an instruction");
     const auto isLetter = [&](std::size_t i, char letter) { return (name[i] | 0x20) == letter; };
     if (name.size() == 3 && isLetter(0, 'x') && isLetter(1, 'm') && isLetter(2, 'l'))
         refusal.because("reserved is the target", name);
@@ -245,7 +275,7 @@ void StrictWriter::skippedEntity(const XmlString& name) {
     const Units units = unitsOf(name);
     if (document_->place != Place::Root)
         refusal.because("outside the root element");
-    refusal.unlessName(units, "an entity's name");
+    refusal.unlessNameWithoutColon(units, "an entity's name");
     if (document_->isSuppressed())
         return;
     const EntityKind kind = document_->doctype.entity(units);
@@ -263,7 +293,7 @@ void StrictWriter::startDTD(const XmlString& name, const XmlString& publicId, co
     const Refusal refusal = document_->enterMarkup("startDTD");
     if (document_->place != Place::Prolog)
         refusal.because("behind another one, or behind the start of the root element");
-    refusal.unlessName(unitsOf(name), "the name of a document type");
+    refusal.unlessQualifiedName(unitsOf(name), "the name of a document type");
     checkIdentifiers(refusal, publicId, systemId);
     if (!publicId.isNull() && systemId.isNull())
         refusal.because("a public identifier without a system identifier");
@@ -372,7 +402,7 @@ void StrictWriter::comment(const unsigned short* ch, unsigned int start, unsigne
 
 void StrictWriter::notationDecl(const XmlString& name, const XmlString& publicId, const XmlString& systemId) {
     const Refusal refusal = enterDeclaration("notationDecl");
-    refusal.unlessName(unitsOf(name), "the name of a notation");
+    refusal.unlessNameWithoutColon(unitsOf(name), "the name of a notation");
     checkIdentifiers(refusal, publicId, systemId);
     if (publicId.isNull() && systemId.isNull())
         refusal.because("no identifier for", unitsOf(name));
@@ -389,7 +419,7 @@ void StrictWriter::unparsedEntityDecl(const XmlString& name, const XmlString& pu
                                       const XmlString& systemId, const XmlString& notationName) {
     const Refusal refusal = enterDeclaration("unparsedEntityDecl");
     checkEntityIdentifiers(refusal, publicId, systemId);
-    refusal.unlessName(unitsOf(notationName), "the name of a notation");
+    refusal.unlessNameWithoutColon(unitsOf(notationName), "the name of a notation");
     if (isParameterEntity(unitsOf(name)))
         refusal.character('%', "the name of an unparsed entity");
     declareEntity(refusal, *document_, unitsOf(name), EntityKind::Unparsed);
@@ -405,10 +435,11 @@ void StrictWriter::unparsedEntityDecl(const XmlString& name, const XmlString& pu
 
 void StrictWriter::elementDecl(const XmlString& name, const XmlString& model) {
     const Refusal refusal = enterDeclaration("elementDecl");
-    refusal.unlessName(unitsOf(name), "an element's name");
+    refusal.unlessQualifiedName(unitsOf(name), "an element's name");
     refusal.unlessVerbatim(unitsOf(model), "a content model");
     if (!isContentModel(unitsOf(model)))
         refusal.because("no content model:", unitsOf(model));
+    document_->doctype.declareElement(unitsOf(name), holdsElementsOnly(unitsOf(model)));
     if (!writesDeclarations())
         return;
     const StrictText text = textTo(*this, *document_);
@@ -422,8 +453,8 @@ void StrictWriter::elementDecl(const XmlString& name, const XmlString& model) {
 void StrictWriter::attributeDecl(const XmlString& eName, const XmlString& aName, const XmlString& type,
                                  const XmlString& mode, const XmlString& value) {
     const Refusal refusal = enterDeclaration("attributeDecl");
-    refusal.unlessName(unitsOf(eName), "an element's name");
-    refusal.unlessName(unitsOf(aName), "an attribute's name");
+    refusal.unlessQualifiedName(unitsOf(eName), "an element's name");
+    refusal.unlessQualifiedName(unitsOf(aName), "an attribute's name");
     refusal.unlessVerbatim(unitsOf(type), "the type of an attribute");
     if (!isAttributeType(unitsOf(type)))
         refusal.because("no type of an attribute:", unitsOf(type));
@@ -431,7 +462,10 @@ void StrictWriter::attributeDecl(const XmlString& eName, const XmlString& aName,
     refusal.unlessText(unitsOf(value), "the default of an attribute");
     if (!equals(unitsOf(type), "CDATA") && !isTokenList(unitsOf(value)))
         refusal.because("spaces that would be taken away, in the default of", unitsOf(aName));
-    document_->doctype.declareAttribute(unitsOf(eName), unitsOf(aName), unitsOf(type), !value.isNull());
+    const bool isNew =
+        document_->doctype.declareAttribute(unitsOf(eName), unitsOf(aName), unitsOf(type), !value.isNull());
+    if (!isNew && !document_->isSuppressed())
+        refusal.because("twice the attribute", unitsOf(aName));
     if (!writesDeclarations())
         return;
     const StrictText text = textTo(*this, *document_);

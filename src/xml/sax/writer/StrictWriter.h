@@ -28,6 +28,7 @@ class StrictDocument;
 ///   return; tab and line feed in attribute values) are character references, and so are `&`, `%`, `"` and carriage
 ///   returns in the values of entities, which an event carries as replacement text.
 /// - `]]>` and such characters inside a CDATA section end it and begin another one.
+/// - Text in an element that is declared to hold elements only is a CDATA section.
 /// - An external entity is the reference to it: what comes between startEntity() and endEntity() is checked for its
 ///   nesting and not written. Likewise the declarations of the external subset ("[dtd]") and of external parameter
 ///   entities. Switch `expandingEntities` on to have the content itself, without the boundaries, instead.
@@ -58,10 +59,11 @@ public:
     explicit StrictWriter(std::ostream& out);
     ~StrictWriter() override;
 
-    /// Whether white space outside the root is written (it does not read back) instead of refused: for indented
-    /// output, since XmlFilterFormat begins with a line feed. Off at first.
-    bool spaceOutsideRoot() const noexcept;
-    void spaceOutsideRoot(bool on) noexcept;
+    /// Whether white space may be layout, as XmlFilterFormat makes it. Outside the root it is then written instead of
+    /// refused, and in an element that is declared to hold elements only it stands there as it is, though it does not
+    /// read back as `characters`. Off at first.
+    bool spaceIsLayout() const noexcept;
+    void spaceIsLayout(bool on) noexcept;
 
     /// REQUIRES: a locator that is set before startDocument() lives until endDocument(), or is not used again after
     /// the next startDocument().

@@ -292,10 +292,39 @@ TEST_F(StrictWriterTest, NamesWithoutExpandedFormAreNotLookedUp) {
     EXPECT_EQ("<x:y:z q:r=\"1\"></x:y:z>\n\n", d.body());
 }
 
-TEST_F(StrictWriterTest, SpaceOutsideTheRootIsWrittenWhenAsked) {
+TEST_F(StrictWriterTest, ExpandedNamesAreThereForAllElementsOrForNone) {
     Driver d;
-    d.writer.spaceOutsideRoot(true);
-    EXPECT_TRUE(d.writer.spaceOutsideRoot());
+    d.document().start(u"", u"", u"a");
+    expectRefused(d, "startElement: the root and this element do not both have expanded names: b",
+                  [&] { d.start(u"", u"b", u"b"); });
+    Driver e;
+    e.document().start(u"", u"a", u"a");
+    expectRefused(e, "startElement: the root and this element do not both have expanded names: b",
+                  [&] { e.start(u"", u"", u"b"); });
+}
+
+TEST_F(StrictWriterTest, TextInElementContentIsASection) {
+    Driver d;
+    d.document().dtd(u"a");
+    d.writer.elementDecl(text(u"a"), text(u"(b)"));
+    d.endDtd().start(u"a").chars(u"x").chars(u" y]]>\n");
+    const unsigned short space[] = {' ', '\r'};
+    d.writer.ignorableWhitespace(space, 0, 2);
+    expectRefused(d, "characters: U+000D cannot stand in the text of an element that holds elements only",
+                  [&] { d.chars(u"\r"); });
+    EXPECT_TRUE(d.body().ends_with("<a><![CDATA[x]]><![CDATA[ y]]]]><![CDATA[>\n]]> &#13;")) << d.body();
+    d.start(u"b");
+    expectRefused(d, "ignorableWhitespace: the element is not declared to hold elements only",
+                  [&] { d.writer.ignorableWhitespace(space, 0, 1); });
+    d.writer.spaceIsLayout(true);
+    d.stop(u"b").chars(u"\n ");
+    EXPECT_TRUE(d.body().ends_with("</b>\n ")) << d.body();
+}
+
+TEST_F(StrictWriterTest, SpaceIsLayoutWhenAsked) {
+    Driver d;
+    d.writer.spaceIsLayout(true);
+    EXPECT_TRUE(d.writer.spaceIsLayout());
     d.document().chars(u"\n").start(u"a").stop(u"a").chars(u"\n\t ");
     EXPECT_EQ("\n<a></a>\n\t ", d.body());
     expectRefused(d, "characters: U+0078 cannot stand in text outside the root", [&] { d.chars(u"x"); });
