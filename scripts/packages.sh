@@ -33,5 +33,6 @@ install_missing() {
     [ -n "$missing" ] || return 0
     echo "Installing:$missing"
     update_index
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install $missing
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 --no-install-recommends \
+        install $missing
 }
