@@ -2,48 +2,17 @@
 // plug-ins, hence a program of its own.
 #include "system/QVPI_PluginLoader.h"
 
+#include "system/AskingOperatorNew.h"
 #include "system/IllegalStateException.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <new>
-
-namespace {
-
-/// The calls of operator new until it asks for the loader (1: in the next one); 0: it does not.
-int asksIn = 0;
-bool letsPass = false; ///< whether the refusal leaves operator new
-int refusals = 0;
-
-void askForTheLoader() {
-    try {
-        Quillon::System::QVPI_PluginLoader::getSystemPluginLoader();
-    } catch (const Quillon::System::IllegalStateException&) {
-        ++refusals;
-        if (letsPass)
-            throw;
-    }
-}
-
-} // namespace
-
-void* operator new(std::size_t bytes) {
-    if (asksIn != 0 && --asksIn == 0)
-        askForTheLoader();
-    if (void* const block = std::malloc(bytes != 0 ? bytes : 1))
-        return block;
-    throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
 
 namespace Quillon::System {
 namespace {
+
+using Testing::askingOperatorNew;
 
 /// A loader whose parent is the system loader.
 class ChildLoader : public QVPI_PluginLoader {
@@ -64,13 +33,13 @@ protected:
         while (more && !HasFailure()) {
             EXPECT_EXIT(
                 {
-                    asksIn = rounds + 1;
+                    askingOperatorNew().asksIn = rounds + 1;
                     makeLoader();
-                    const bool asked = asksIn == 0;
-                    asksIn = 0;
+                    const bool asked = askingOperatorNew().asksIn == 0;
+                    askingOperatorNew().asksIn = 0;
                     const auto loader = QVPI_PluginLoader::getSystemPluginLoader();
                     const bool isRight = loader && loader == QVPI_PluginLoader::getSystemPluginLoader();
-                    std::_Exit(!isRight || refusals != asked ? 1 : asked ? 2 : 0);
+                    std::_Exit(!isRight || askingOperatorNew().refusals != asked ? 1 : asked ? 2 : 0);
                 },
                 [&](int exit) {
                     more = WEXITSTATUS(exit) == 2;
@@ -96,15 +65,18 @@ TEST_F(PluginLoaderRecursionDeathTest, DefaultParentIsMadeUnderTheSameGuard) {
 TEST_F(PluginLoaderRecursionDeathTest, RecursionThatIsNotCaughtLeavesNoHalfMadeLoader) {
     EXPECT_EXIT(
         {
-            asksIn = 1;
-            letsPass = true;
+            askingOperatorNew().asksIn = 1;
+            askingOperatorNew().letsPass = true;
             bool passed = false;
             try {
                 QVPI_PluginLoader::initSystemPluginLoader();
             } catch (const IllegalStateException&) {
                 passed = true;
             }
-            std::_Exit(passed && QVPI_PluginLoader::getSystemPluginLoader() && refusals == 1 ? 0 : 1);
+            std::_Exit(passed && QVPI_PluginLoader::getSystemPluginLoader()
+                               && askingOperatorNew().refusals == 1
+                           ? 0
+                           : 1);
         },
         ::testing::ExitedWithCode(0), "");
 }
