@@ -44,7 +44,7 @@ void ContentEvents::startElement(const XML_Char* qName, const XML_Char** attribu
     if (elements_.size() >= context_.settings.maximumDepth)
         context_.fatal("the elements are nested deeper than the limit maximumDepth, which is "
                        + std::to_string(context_.settings.maximumDepth));
-    const Name& name = context_.names.name(UnitSpan(qName));
+    const Name& name = context_.name(qName);
     const ElementDeclaration* declaration = name.element.get();
     elements_.push_back({&name, nullptr, bindings_.size(), declaration && declaration->hasElementContent});
     attributes_.begin(declaration);
@@ -66,7 +66,7 @@ void ContentEvents::startElement(const XML_Char* qName, const XML_Char** attribu
 void ContentEvents::collect(const XML_Char** attributes) {
     const int specified = XML_GetSpecifiedAttributeCount(context_.entity->parser());
     for (int i = 0; attributes[i]; i += 2)
-        attributes_.add(context_.names.name(UnitSpan(attributes[i])), attributes[i + 1], i < specified);
+        attributes_.add(context_.name(attributes[i]), attributes[i + 1], i < specified);
 }
 
 void ContentEvents::declarePrefixes() {
@@ -245,8 +245,7 @@ void ContentEvents::comment(const XML_Char* text) {
 void ContentEvents::processingInstruction(const XML_Char* target, const XML_Char* data) {
     endText();
     const UnitSpan name(target);
-    if (context_.settings.features.namespaces && std::find(name.begin(), name.end(), u':') != name.end())
-        context_.fatal("the target " + toUtf8(name) + " of a processing instruction has a colon");
+    context_.checkPlainName(name, "the target of a processing instruction");
     if (context_.handlers.content)
         context_.handlers.content->processingInstruction(ownedString(name), ownedString(data));
 }

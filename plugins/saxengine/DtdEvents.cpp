@@ -10,7 +10,6 @@
 #include "xml/sax/DeclHandler.h"
 #include "xml/sax/LexicalHandler.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace Quillon::SaxEngine {
@@ -38,16 +37,10 @@ DtdEvents::DtdEvents(ParseContext& context, ExternalEntities& entities)
 
 /// A name of an element or attribute in a declaration.
 Name& DtdEvents::qualifiedName(const XML_Char* text) {
-    Name& name = context_.names.name(UnitSpan(text));
+    Name& name = context_.name(text);
     if (context_.settings.features.namespaces && name.form == NameForm::NotQualified)
         context_.fatal("the name " + toUtf8(name.text) + " is not a qualified name");
     return name;
-}
-
-void DtdEvents::checkPlainName(const XML_Char* name, const char* what) {
-    const UnitSpan units(name);
-    if (context_.settings.features.namespaces && std::find(units.begin(), units.end(), u':') != units.end())
-        context_.fatal("the name " + toUtf8(units) + " of " + what + " has a colon");
 }
 
 XmlString DtdEvents::declaredSystemId(const XML_Char* base, const XML_Char* systemId) const {
@@ -110,7 +103,7 @@ void DtdEvents::attributeDeclaration(const XML_Char* element, const XML_Char* at
 void DtdEvents::internalEntity(const XML_Char* name, bool isParameter, UnitSpan value) {
     const EventPlace place(context_, context_.entity->declarations.start());
     context_.entity->declarations.reported();
-    checkPlainName(name, "an entity");
+    context_.checkPlainName(UnitSpan(name), "an entity");
     if (context_.handlers.declaration)
         context_.handlers.declaration->internalEntityDecl(entityNameForHandlers(name, isParameter),
                                                           ownedString(value));
@@ -120,7 +113,7 @@ void DtdEvents::externalEntity(const XML_Char* name, bool isParameter, const XML
                                const XML_Char* systemId, const XML_Char* publicId) {
     const EventPlace place(context_, context_.entity->declarations.start());
     context_.entity->declarations.reportedAtEnd();
-    checkPlainName(name, "an entity");
+    context_.checkPlainName(UnitSpan(name), "an entity");
     entities_.declare(name, isParameter, systemId);
     if (context_.handlers.declaration)
         context_.handlers.declaration->externalEntityDecl(entityNameForHandlers(name, isParameter),
@@ -132,7 +125,7 @@ void DtdEvents::unparsedEntity(const XML_Char* name, const XML_Char* base, const
                                const XML_Char* publicId, const XML_Char* notation) {
     const EventPlace place(context_, context_.entity->declarations.start());
     context_.entity->declarations.reported();
-    checkPlainName(name, "an entity");
+    context_.checkPlainName(UnitSpan(name), "an entity");
     if (context_.handlers.dtd)
         context_.handlers.dtd->unparsedEntityDecl(ownedString(name), ownedString(publicId),
                                                   declaredSystemId(base, systemId), ownedString(notation));
@@ -145,7 +138,7 @@ void DtdEvents::notation(const XML_Char* name, const XML_Char* base, const XML_C
         context_.entity->declarations.reported();
     else
         context_.entity->declarations.reportedAtEnd();
-    checkPlainName(name, "a notation");
+    context_.checkPlainName(UnitSpan(name), "a notation");
     if (context_.handlers.dtd)
         context_.handlers.dtd->notationDecl(ownedString(name), ownedString(publicId),
                                             declaredSystemId(base, systemId));

@@ -31,7 +31,6 @@ public:
 
 private:
     Name& qualifiedName(const XML_Char* name);
-    void checkPlainName(const XML_Char* name, const char* what);
     Xml::XmlString declaredSystemId(const XML_Char* base, const XML_Char* systemId) const;
 
     ParseContext& context_;

@@ -222,9 +222,10 @@ std::string contradiction(const std::string& declared, const char* seen) {
     return "the encoding is declared as \"" + declared + "\", but the text is in " + seen;
 }
 
-/// Whether text that looks like `<?xml` in ASCII or EBCDIC still does when it is read in the encoding it declares.
+/// Whether text that looks like `<?xml` in ASCII or EBCDIC still does when it is read in the encoding it declares. (Some
+/// decoders keep a letter until they have seen what follows.)
 bool declaresItself(std::string_view head, const std::string& name) {
-    return decoded(head.substr(0, 5), name.c_str()) == "<?xml";
+    return decoded(head.substr(0, 5), name.c_str()).starts_with("<?xm");
 }
 
 void detectWide(Encoding& encoding, Appearance seen) {
@@ -258,9 +259,11 @@ void detectEightBit(Encoding& encoding, std::string_view head, Appearance seen) 
         return;
     if (seen.markLength != 0 && !isUtf8Name(encoding.name))
         encoding.fault = contradiction(declared, "UTF-8: it begins with the byte order mark of UTF-8");
+    else if (seen.family == Family::Ebcdic
+             && (encoding.recodeFrom.empty() || !declaresItself(head, declared)))
+        encoding.fault = contradiction(declared, "EBCDIC");
     else if (!encoding.recodeFrom.empty() && !declaresItself(head, declared))
-        encoding.fault =
-            contradiction(declared, seen.family == Family::Ebcdic ? "EBCDIC" : "another encoding");
+        encoding.fault = contradiction(declared, "another encoding");
 }
 
 void detectEbcdic(Encoding& encoding, std::string_view head, Appearance seen) {

@@ -12,7 +12,7 @@ struct Range {
 };
 
 // BaseChar and Ideographic of XML 1.0 (fourth edition), appendix B, and the underscore, in order; what Expat takes
-// for the first character of a name is the same but for the colon (tests/saxengine/NameStartTest.cpp).
+// for the first character of a name is the same but for the colon (tests/saxengine/SaxEngineInternalsTest.cpp).
 // clang-format off
 constexpr Range kNameStarts[] = {
     {0x0041, 0x005A}, {0x005F, 0x005F}, {0x0061, 0x007A}, {0x00C0, 0x00D6}, {0x00D8, 0x00F6},
@@ -65,6 +65,10 @@ bool isNameStart(unsigned short unit) {
     const Range* range = std::lower_bound(std::begin(kNameStarts), std::end(kNameStarts), unit,
                                           [](const Range& r, unsigned short u) { return r.last < u; });
     return range != std::end(kNameStarts) && range->first <= unit;
+}
+
+bool isForeignToNames(unsigned short unit) {
+    return unit == 0xAA || unit == 0xB5 || unit == 0xBA;
 }
 
 } // namespace Quillon::SaxEngine

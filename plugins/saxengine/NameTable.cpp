@@ -52,8 +52,9 @@ Uri& NameTable::uri(UnitSpan text) {
 std::unique_ptr<Name> NameTable::makeName(UnitSpan text) {
     auto name = makeEntry<Name>(text);
     const long colon = colonOf(text);
-    if (colon < 0) {
-        name->form = NameForm::NotQualified;
+    const bool isName = std::none_of(text.begin(), text.end(), isForeignToNames);
+    if (colon < 0 || !isName) {
+        name->form = isName ? NameForm::NotQualified : NameForm::NotAName;
         name->localName = name->text;
         return name;
     }

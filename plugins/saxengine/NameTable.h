@@ -26,7 +26,8 @@ enum class NameForm {
     Prefixed,           ///< p:a
     DefaultDeclaration, ///< xmlns
     PrefixDeclaration,  ///< xmlns:p
-    NotQualified        ///< what Namespaces in XML does not allow: :a, a:, a:b:c, a:1
+    NotQualified,       ///< what Namespaces in XML does not allow: :a, a:, a:b:c, a:1
+    NotAName            ///< what XML 1.0 does not allow and Expat does not notice: see isForeignToNames()
 };
 
 /// A name of an element or attribute, taken apart.

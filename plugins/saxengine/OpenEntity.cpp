@@ -41,21 +41,9 @@ OpenEntity::OpenEntity(ParserPointer parser, EntitySource source, Kind kind)
     : declarations(parser.get()), source_(std::move(source)), input_(*source_.channel),
       parser_(std::move(parser)), kind_(kind) {}
 
-/// Expat counts in unsigned long, which is too small on i386. Both numbers only grow, the column but for a new line, and
-/// by less than 2^32 from chunk to chunk; so differences are right, whatever their width.
 Location OpenEntity::location() {
     const XML_Size line = XML_GetCurrentLineNumber(parser());
-    const XML_Size column = XML_GetCurrentColumnNumber(parser());
-    const XML_Size newLines = line - seenLine_;
-    const XML_Size newColumns = column - seenColumn_;
-    if (newLines != 0)
-        location_.column = static_cast<std::int64_t>(column) + 1;
-    else
-        location_.column += static_cast<std::int64_t>(newColumns);
-    location_.line += static_cast<std::int64_t>(newLines);
-    seenLine_ = line;
-    seenColumn_ = column;
-    return location_;
+    return place_.advance(line, XML_GetCurrentColumnNumber(parser()));
 }
 
 } // namespace Quillon::SaxEngine

@@ -4,6 +4,7 @@
 #include "DeclarationTracker.h"
 #include "EntityInput.h"
 #include "Location.h"
+#include "WidePlace.h"
 #include "xml/XmlString.h"
 
 #include <expat.h>
@@ -49,7 +50,7 @@ public:
     const EntitySource& source() const { return source_; }
     Kind kind() const { return kind_; }
 
-    /// Of the current event; also to be asked for after each chunk (see the source).
+    /// Of the current event; also to be asked for after each chunk (see WidePlace).
     Location location();
 
     OpenEntity* outer = nullptr; ///< the one that refers to it
@@ -62,9 +63,7 @@ private:
     EntityInput input_;
     ParserPointer parser_;
     Kind kind_;
-    Location location_;
-    XML_Size seenLine_ = 1;
-    XML_Size seenColumn_ = 0;
+    WidePlace<XML_Size> place_;
 };
 
 } // namespace Quillon::SaxEngine

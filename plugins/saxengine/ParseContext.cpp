@@ -1,8 +1,11 @@
 #include "ParseContext.h"
 
+#include "NameStart.h"
 #include "Text.h"
 #include "xml/sax/ErrorHandler.h"
 #include "xml/sax/SaxParseException.h"
+
+#include <algorithm>
 
 namespace Quillon::SaxEngine {
 
@@ -22,6 +25,20 @@ void ParseContext::fatal(const std::string& message) {
 void ParseContext::warn(const std::string& message) {
     if (handlers.error)
         handlers.error->warning(Xml::Sax::SaxParseException(fromUtf8(message), locator));
+}
+
+Name& ParseContext::name(const XML_Char* text) {
+    Name& found = names.name(UnitSpan(text));
+    if (found.form == NameForm::NotAName)
+        fatal("the name " + toUtf8(found.text) + " is not well-formed");
+    return found;
+}
+
+void ParseContext::checkPlainName(UnitSpan name, const char* what) {
+    if (std::any_of(name.begin(), name.end(), isForeignToNames))
+        fatal("the name " + toUtf8(name) + " is not well-formed");
+    if (settings.features.namespaces && std::find(name.begin(), name.end(), u':') != name.end())
+        fatal("the name " + toUtf8(name) + " of " + what + " has a colon");
 }
 
 } // namespace Quillon::SaxEngine

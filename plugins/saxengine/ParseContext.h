@@ -27,6 +27,11 @@ struct ParseContext {
     [[noreturn]] void fatal(const std::string& message);
     void warn(const std::string& message);
 
+    /// The name of an element or attribute. It is not well-formed: fatal.
+    Name& name(const XML_Char* text);
+    /// Checks any other name; with namespaces, such a name has no colon.
+    void checkPlainName(UnitSpan name, const char* what);
+
     const ReaderSettings& settings;
     const Handlers& handlers;
     const Vocabulary& words;

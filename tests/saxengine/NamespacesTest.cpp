@@ -102,6 +102,24 @@ TEST_F(NamespacesTest, NamesBeyondAsciiAreTakenApart) {
                 ElementsAre("startElement(\"u\", \"\xE6\x9C\x88\", \"\xC3\xA4:\xE6\x9C\x88\", [])"));
 }
 
+/// Expat takes three characters for letters that are none, but not in UTF-8.
+TEST_F(NamespacesTest, NamesAreTheSameInEveryEncoding) {
+    for (const char* name : {"\xC2\xAA", "\xC2\xB5", "a\xC2\xBA", "p:\xC2\xB5"}) {
+        const std::string as8 = name;
+        for (const std::string& document :
+             {"<" + as8 + "/>", "<a " + as8 + "=''/>", "<a><?" + as8 + "?></a>",
+              "<!DOCTYPE a [<!ENTITY " + as8 + " ''>]><a/>", "<!DOCTYPE a [<!ELEMENT " + as8 + " ANY>]><a/>",
+              "<!DOCTYPE a [<!NOTATION " + as8 + " SYSTEM ''>]><a/>"}) {
+            for (const bool namespaces : {true, false}) {
+                set(SC_Features_Namespaces, namespaces);
+                EXPECT_TRUE(read(document).isParseException) << document;
+                const XmlString units = makeString(reinterpret_cast<const unsigned char*>(document.c_str()));
+                EXPECT_TRUE(read(utf16(u"\uFEFF" + unitsOf(units), true)).isParseException) << document;
+            }
+        }
+    }
+}
+
 TEST_F(NamespacesTest, LongNamesAreWhole) {
     const std::string prefix(3000, 'p'), local(5000, 'n'), name = prefix + ":" + local;
     EXPECT_THAT(
@@ -145,7 +163,8 @@ const FaultCase kFaultCases[] = {
     {"ElementWithPrefixXmlns", "<xmlns:a/>", "the prefix xmlns must not be used for elements"},
     {"DuplicateExpandedName", "<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>",
      "two attributes have the name b in the namespace u"},
-    {"ColonInTarget", "<a><?p:q r?></a>", "the target p:q of a processing instruction has a colon"},
+    {"ColonInTarget", "<a><?p:q r?></a>",
+     "the name p:q of the target of a processing instruction has a colon"},
     {"ColonInEntityName", "<!DOCTYPE a [<!ENTITY p:q 'r'>]><a/>", "the name p:q of an entity has a colon"},
     {"ColonInParameterEntityName", "<!DOCTYPE a [<!ENTITY % p:q 'r'>]><a/>",
      "the name p:q of an entity has a colon"},
