@@ -63,10 +63,11 @@ struct Reading {
 
 class StrictWriterRoundTripTest : public ReadingFixture {
 protected:
-    /// GoogleTest keeps the room of its stack of traces.
+    /// GoogleTest keeps the room of its stack of traces, and a stream's locale how numbers are written.
     void warmUp() override {
         ReadingFixture::warmUp();
         SCOPED_TRACE("");
+        std::ostringstream() << 1 << 1.5;
     }
     void TearDown() override {
         std::string().swap(lastMessage_);
@@ -271,7 +272,7 @@ private:
 
     /// Text made of what is special somewhere, of any unit at all, and of letters.
     std::u16string units(int most) {
-        static const std::u16string kSpecial = u"<>&'\"]]>--?>%;#\r\n\t x\u00E9\u20AC";
+        static constexpr std::u16string_view kSpecial = u"<>&'\"]]>--?>%;#\r\n\t x\u00E9\u20AC";
         std::u16string result;
         for (int i = upTo(most); i > 0; --i) {
             if (chance(40))
