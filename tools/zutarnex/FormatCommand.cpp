@@ -94,7 +94,7 @@ std::unique_ptr<TextConsumer> makeWriter(std::ostream& out, const FormatOptions&
         writer = std::make_unique<PlainWriter>(out);
     } else {
         auto strict = std::make_unique<StrictWriter>(out);
-        strict->spaceOutsideRoot(indentationOf(options).style != XmlFilterFormat::AlignNone);
+        strict->spaceIsLayout(indentationOf(options).style != XmlFilterFormat::AlignNone);
         writer = std::move(strict);
     }
     writer->setEncoding(options.encoding.c_str());
