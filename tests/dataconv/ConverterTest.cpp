@@ -74,8 +74,7 @@ protected:
 };
 
 TEST_F(ConverterTest, ExampleOfTheHeader) {
-    Converter converter(
-        boost::shared_ptr<CvsnRegistryNode>(new CvsnRegistryNode(C99Conversions::instance())));
+    Converter converter;
     const int port = converter.fromText<int>("8080");
     const std::string text = converter.toText(0.1);
     const unsigned char byte = converter.fromTextByName<unsigned char>("uint8_t", "256");
@@ -84,6 +83,10 @@ TEST_F(ConverterTest, ExampleOfTheHeader) {
     EXPECT_EQ(0, byte);
     converter.bind<Point>(std::make_unique<PointToCString>());
     EXPECT_EQ("1;2", converter.toText(Point{1, 2}));
+
+    const boost::shared_ptr<NameIdMap> names = NameIdMap::getGlobalNameIdMap(); // bound for the whole process
+    C99Conversions::instance()->_unbind(static_cast<int>(names->find(typeid(Point).name())),
+                                        static_cast<int>(names->find(typeid(char*).name())));
 }
 
 TEST_F(ConverterTest, StandardConversionsAreTheDefault) {

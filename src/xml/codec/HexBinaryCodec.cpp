@@ -5,6 +5,7 @@
 #include "xml/codec/CodecRangesInternal.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Quillon::Xml {
 
@@ -14,14 +15,16 @@ namespace {
 
 constexpr unsigned char kNoDigit = 255;
 
-/// Upper-case digits only.
-unsigned char digitOf(unsigned char character) noexcept {
-    if (character >= '0' && character <= '9')
-        return static_cast<unsigned char>(character - '0');
-    if (character >= 'A' && character <= 'F')
-        return static_cast<unsigned char>(character - 'A' + 10);
-    return kNoDigit;
-}
+/// The value of each upper-case digit, kNoDigit for every other byte.
+constexpr std::array<unsigned char, 256> kDigits = [] {
+    std::array<unsigned char, 256> digits{};
+    digits.fill(kNoDigit);
+    for (unsigned char i = 0; i < 10; ++i)
+        digits['0' + i] = i;
+    for (unsigned char i = 10; i < 16; ++i)
+        digits['A' + i - 10] = i;
+    return digits;
+}();
 
 bool isWhiteSpace(unsigned char character) noexcept {
     return (character >= 9 && character <= 13) || character == 32;
@@ -91,11 +94,12 @@ cteErrorCode HexBinaryCodec::Stream::decode(bool isFinal) noexcept {
 /// Fills pending_, which is empty, as far as the input goes. False when it stops at an invalid byte.
 bool HexBinaryCodec::Stream::fillWithBytes() noexcept {
     for (; codec.pendingCount_ != sizeof codec.pending_ && ranges.left() != 0; ++ranges.in) {
-        if (isWhiteSpace(*ranges.in))
-            continue;
-        const unsigned char digit = digitOf(*ranges.in);
-        if (digit == kNoDigit)
+        const unsigned char digit = kDigits[*ranges.in];
+        if (digit == kNoDigit) {
+            if (isWhiteSpace(*ranges.in))
+                continue;
             return false;
+        }
         codec.digits_[codec.digitCount_++] = digit;
         if (codec.digitCount_ == 2) {
             codec.pending_[codec.pendingCount_++] =
