@@ -46,6 +46,12 @@ TEST_F(FormatCommandTest, IndentsBySpacesTabsOrLinesOnly) {
               run({"format", "--indent", "none"}, text).out);
 }
 
+TEST_F(FormatCommandTest, IndentsElementsThatDeclareNamespaces) {
+    EXPECT_EQ(std::string(kDeclaration)
+                  + "\n<n:a xmlns:n=\"urn:n\">\n  <b xmlns=\"urn:d\">\n  </b>\n</n:a>\n\n",
+              run({"format", "--indent", "2"}, "<n:a xmlns:n='urn:n'><b xmlns='urn:d'/></n:a>").out);
+}
+
 TEST_F(FormatCommandTest, StripsNamespacesButNotTheirContent) {
     const std::string text =
         "<a xmlns:n='urn:n' xmlns:m='urn:m' n:x='1' m:y='2' z='3'><n:b>t<m:c>u</m:c></n:b></a>";

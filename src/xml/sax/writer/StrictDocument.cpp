@@ -50,7 +50,7 @@ Refusal StrictDocument::enter(const char* event, After after) const {
     const Refusal refusal(event, lastCharacter, locator_);
     if (place == Place::Outside)
         refusal.because("no document has been started");
-    if (!announced_.empty() && after != After::Mapping)
+    if (!announced_.empty() && after != After::Mapping && after != After::Layout)
         refusal.because("no element follows the mapping of the prefix", announced_.back().prefix);
     if (hasDueMappings() && after != After::EndOfElement)
         refusal.because("the mapping has not been ended of the prefix", mapped_.back().prefix);

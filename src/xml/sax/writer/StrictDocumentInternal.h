@@ -34,8 +34,9 @@ public:
 
     void begin(const char* encodingName);
 
-    /// What every event starts with.
-    enum class After { Anything, Mapping, EndOfElement };
+    /// What every event starts with. Layout may stand between the mappings of prefixes and the element: that is where
+    /// a filter puts it that sees the tags only.
+    enum class After { Anything, Mapping, EndOfElement, Layout };
     Refusal enter(const char* event, After after = After::Anything) const;
     /// The same for what may not stand in a CDATA section.
     Refusal enterMarkup(const char* event, After after = After::Anything) const;

@@ -211,12 +211,14 @@ void StrictWriter::endElement(const XmlString& uri, const XmlString& localName, 
 }
 
 void StrictWriter::characters(const unsigned short* ch, unsigned int start, unsigned int length) {
-    const Refusal refusal = document_->enter("characters");
+    const Refusal refusal = document_->enter("characters", After::Layout);
     const Units units = textOf(refusal, ch, start, length);
     refusal.unlessText(units, "text");
     const bool isInside = document_->place == Place::Root;
     const bool isLayout =
         document_->spaceIsLayout && document_->place != Place::Doctype && isSpaceOnly(units);
+    if (!isLayout)
+        document_->enter("characters");
     if (!isInside && !isLayout && !units.empty())
         refusal.character(units.front(), "text outside the root");
     if (document_->isSuppressed())

@@ -330,6 +330,14 @@ TEST_F(StrictWriterTest, SpaceIsLayoutWhenAsked) {
     expectRefused(d, "characters: U+0078 cannot stand in text outside the root", [&] { d.chars(u"x"); });
 }
 
+TEST_F(StrictWriterTest, LayoutMayStandBetweenAMappingAndItsElement) {
+    Driver d;
+    d.writer.spaceIsLayout(true);
+    d.document().map(u"p", u"urn:p").chars(u"\n").start(u"urn:p", u"a", u"p:a").map(u"q", u"urn:q");
+    EXPECT_EQ("\n<p:a xmlns:p=\"urn:p\">", d.body());
+    expectRefused(d, "characters: no element follows the mapping of the prefix q", [&] { d.chars(u"x"); });
+}
+
 struct RefusalCase {
     const char* message;
     std::function<void(Driver&)> before, event;
