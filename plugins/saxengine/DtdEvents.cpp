@@ -30,6 +30,21 @@ XmlString typeForHandlers(const XML_Char* type) {
     return ownedString(UnitSpan(spaced.data(), spaced.size()));
 }
 
+/// Expat leaves the line ends of a system identifier as the document has them; XML makes each a line feed.
+XmlString withPlainLineEnds(const XML_Char* systemId) {
+    if (!systemId)
+        return XmlString();
+    const UnitSpan raw(systemId);
+    std::vector<XML_Char> plain;
+    for (const XML_Char* unit = raw.begin(); unit != raw.end(); ++unit) {
+        const bool isLineEnd = *unit == u'\r';
+        plain.push_back(isLineEnd ? u'\n' : *unit);
+        if (isLineEnd && unit + 1 != raw.end() && unit[1] == u'\n')
+            ++unit;
+    }
+    return ownedString(UnitSpan(plain.data(), plain.size()));
+}
+
 } // namespace
 
 DtdEvents::DtdEvents(ParseContext& context, ExternalEntities& entities)
@@ -44,15 +59,16 @@ Name& DtdEvents::qualifiedName(const XML_Char* text) {
 }
 
 XmlString DtdEvents::declaredSystemId(const XML_Char* base, const XML_Char* systemId) const {
+    const XmlString text = withPlainLineEnds(systemId);
     if (!systemId || !base || !context_.settings.features.resolveDtdUris)
-        return ownedString(systemId);
-    return fromUtf8(resolvedUri(toUtf8(UnitSpan(base)), toUtf8(UnitSpan(systemId))));
+        return text;
+    return fromUtf8(resolvedUri(toUtf8(UnitSpan(base)), toUtf8(text)));
 }
 
 void DtdEvents::startDoctype(const XML_Char* text, const XML_Char* systemId, const XML_Char* publicId) {
     const EventPlace place(context_, context_.entity->declarations.start());
     const Name& name = qualifiedName(text);
-    XmlString subsetPublicId = ownedString(publicId), subsetSystemId = ownedString(systemId);
+    XmlString subsetPublicId = ownedString(publicId), subsetSystemId = withPlainLineEnds(systemId);
     if (!systemId)
         entities_.supplySubset(name.text, subsetPublicId, subsetSystemId);
     if (context_.handlers.lexical)

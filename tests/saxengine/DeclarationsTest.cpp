@@ -309,5 +309,12 @@ TEST_F(DeclarationsTest, TextOfElementContentIsText) {
     EXPECT_THAT(events("<a> </a>", "ignorableWhitespace"), IsEmpty());
 }
 
+TEST_F(DeclarationsTest, LineEndsOfSystemIdentifiersAreLineFeeds) {
+    EXPECT_THAT(events("<!DOCTYPE a [<!NOTATION n SYSTEM 'a\r\nb\rc\nd'>]><a/>", "notationDecl"),
+                ElementsAre(R"(notationDecl("n", null, "a\nb\nc\nd"))"));
+    EXPECT_THAT(events("<!DOCTYPE a SYSTEM 'x\r\ny'><a/>", "startDTD"),
+                ElementsAre(R"(startDTD("a", null, "x\ny"))"));
+}
+
 } // namespace
 } // namespace Quillon::Xml::Sax
