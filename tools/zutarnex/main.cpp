@@ -1,5 +1,5 @@
 #include "Commands.h"
-#include "Failure.h"
+#include "ExitStatus.h"
 #include "runtime/HostServices.h"
 
 #include "zutarnex/version.h"
@@ -8,6 +8,7 @@
 
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -16,8 +17,8 @@ using namespace Quillon::Tool;
 namespace {
 
 /// The plain writer has no other way to tell that memory has run out inside an event.
-void endForLackOfMemory() {
-    printLine("zutarnex: error: out of memory");
+[[noreturn]] void endForLackOfMemory() {
+    std::fputs("zutarnex: error: out of memory\n", stderr);
     std::_Exit(NoAccess);
 }
 
@@ -27,9 +28,7 @@ void installHost() {
     Quillon::Runtime::setHostServices(services);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     installHost();
     std::setlocale(LC_CTYPE, "");  // messages and file names are text of the user's code page
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error that can be told
@@ -57,4 +56,14 @@ int main(int argc, char** argv) {
         return app.exit(fault) == 0 ? Done : WrongUsage;
     }
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (...) { // commands report their own failures; what is left is no memory
+        endForLackOfMemory();
+    }
 }
