@@ -37,7 +37,7 @@ struct OrdersByHashThenBytes {
 
 } // namespace
 
-struct [[gnu::visibility("hidden")]] NameIdMap::Impl {
+struct NameIdMap::Impl {
     ~Impl();
     void grow();
 

@@ -48,7 +48,7 @@ public:
     unsigned int find_or_insert(const char* name);
 
 private:
-    struct Impl;
+    struct [[gnu::visibility("hidden")]] Impl;
 
     Impl* impl_;
 };

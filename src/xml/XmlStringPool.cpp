@@ -30,7 +30,7 @@ struct ComparesBelow {
 
 } // namespace
 
-struct [[gnu::visibility("hidden")]] XmlStringPool::Impl {
+struct XmlStringPool::Impl {
     ~Impl();
     void grow();
 

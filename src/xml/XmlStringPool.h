@@ -44,7 +44,7 @@ public:
     unsigned int size() const noexcept;
 
 private:
-    struct Impl;
+    struct [[gnu::visibility("hidden")]] Impl;
 
     Impl* impl_;
 };

@@ -67,7 +67,7 @@ unsigned int significantCharacters(const unsigned char* text, unsigned int lengt
 } // namespace
 
 /// A codec together with the ranges of one call.
-struct [[gnu::visibility("hidden")]] Base64BinaryCodec::Stream {
+struct Base64BinaryCodec::Stream {
     /// Where the group that is being gathered began, and what was held of it there.
     struct GroupStart {
         const unsigned char* in;
@@ -95,7 +95,7 @@ struct [[gnu::visibility("hidden")]] Base64BinaryCodec::Stream {
 
     cteErrorCode decode(bool isFinal) noexcept;
     bool decodeWholeGroups() noexcept;
-    bool gatherCharacters(GroupStart & start) noexcept;
+    bool gatherCharacters(GroupStart& start) noexcept;
     bool decodeGatheredGroup(bool isFinal) noexcept;
 
     Base64BinaryCodec& codec;
@@ -105,6 +105,8 @@ struct [[gnu::visibility("hidden")]] Base64BinaryCodec::Stream {
 // Encoding
 
 cteErrorCode Base64BinaryCodec::Stream::encode(bool isFinal) noexcept {
+    if (codec.groupCount_ >= kGroupBytes) // left over from a decoding: no part of a group here
+        codec.groupCount_ = 0;
     deliverPending();
     while (ranges.room() != 0) {
         if (codec.groupCount_ == 0 && ranges.left() >= kGroupBytes && ranges.room() >= kGroupCharacters)

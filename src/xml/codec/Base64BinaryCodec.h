@@ -76,7 +76,7 @@ public:
                           cteErrorCode* err);
 
 private:
-    struct Stream;
+    struct [[gnu::visibility("hidden")]] Stream;
 
     unsigned char group_[4];     // up to three bytes when encoding, up to four characters when decoding
     unsigned char groupCount_;   // in group_; when decoding, 5 after a padded group: the text has ended

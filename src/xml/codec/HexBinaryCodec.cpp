@@ -33,7 +33,7 @@ bool isWhiteSpace(unsigned char character) noexcept {
 } // namespace
 
 /// A codec together with the ranges of one call.
-struct [[gnu::visibility("hidden")]] HexBinaryCodec::Stream {
+struct HexBinaryCodec::Stream {
     static bool hasPending(const HexBinaryCodec& codec) noexcept {
         return codec.pendingIndex_ != codec.pendingCount_;
     }

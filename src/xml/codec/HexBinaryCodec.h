@@ -55,7 +55,7 @@ public:
                           cteErrorCode* err);
 
 private:
-    struct Stream;
+    struct [[gnu::visibility("hidden")]] Stream;
 
     unsigned char pending_[128]; // converted, but not delivered
     unsigned char pendingCount_; // in pending_

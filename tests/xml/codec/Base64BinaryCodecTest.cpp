@@ -341,6 +341,14 @@ TEST_F(Base64BinaryCodecTest, FullOutputIsReportedBeforeAFaultBehindIt) {
     EXPECT_EQ((CallResult{"", 0, cteInvalidInput}), decode("AA*A", 3, true));
 }
 
+TEST_F(Base64BinaryCodecTest, EncodingTakesNothingOverFromADecoding) {
+    EXPECT_EQ((CallResult{"M", 4, 0}), decode("TQ==", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"Zm9v", 3, 0}), encode("foo", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"", 3, 0}), decode("Zm9", kAmpleRoom, false));
+    EXPECT_EQ((CallResult{"", 0, 0}), encode("", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"YmFy", 3, 0}), encode("bar", kAmpleRoom, true));
+}
+
 // Arguments of the streaming calls
 
 template <class Convert>
