@@ -16,7 +16,7 @@ HOST_SERVICES = re.compile(
     r"v?f?printf|v?dprintf|puts|fputs|putchar|fputc|putc|fwrite|perror|"
     r"abort|exit|_exit|_Exit|quick_exit|raise|kill)(_chk|64)?$")
 KERNELS_MAY_CALL = re.compile(r"(mem(cpy|move|set|cmp|chr)|_GLOBAL_OFFSET_TABLE_|__x86\.get_pc_thunk\..*|"
-                              r"__(gcov|llvm|cpu)_.*|__stack_chk_fail.*)$")
+                              r"__(gcov|llvm|cpu)_.*|__stack_chk_fail.*|__gxx_personality_v0)$")
 
 
 def undefined(object_file):
