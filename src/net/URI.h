@@ -76,8 +76,7 @@ public:
 
     // The stored components, not copies; null when absent.
     unsigned char* getScheme() const noexcept;
-    unsigned char*
-    getAuthority() const noexcept; ///< the whole of it, with userInfo, host and port, as written
+    unsigned char* getAuthority() const noexcept; ///< with userInfo, host and port, as written
     unsigned char* getPath() const noexcept;
     unsigned char* getQuery() const noexcept;    ///< without "?"
     unsigned char* getFragment() const noexcept; ///< without "#"
