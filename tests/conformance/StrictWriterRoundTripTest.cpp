@@ -37,13 +37,13 @@ bool continues(const std::string& before, const std::string& line) {
     return false;
 }
 
-/// Without the locator and the boundaries of CDATA sections, and with adjacent texts joined.
+/// Without the locator, empty texts and the boundaries of CDATA sections, and with adjacent texts joined.
 std::vector<std::string> comparable(const std::vector<std::string>& lines) {
     const std::string kEnd = "\")";
     std::vector<std::string> result;
     for (const std::string& line : lines) {
         if (line == "startCDATA()" || line == "endCDATA()" || line == "characters(\"\")"
-            || line.starts_with("setDocumentLocator("))
+            || line == "ignorableWhitespace(\"\")" || line.starts_with("setDocumentLocator("))
             continue;
         if (!result.empty() && continues(result.back(), line))
             result.back().replace(result.back().size() - kEnd.size(), kEnd.size(),
