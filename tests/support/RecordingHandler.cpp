@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -88,7 +89,7 @@ std::string RecordingHandler::text() const {
 void RecordingHandler::clear() {
     lines_.clear();
     eventCount_ = 0;
-    inText_ = false;
+    openRun_ = nullptr;
     locator_ = nullptr;
 }
 
@@ -107,7 +108,7 @@ void RecordingHandler::count() {
 }
 
 void RecordingHandler::add(std::string line) {
-    inText_ = false;
+    openRun_ = nullptr;
     lines_.push_back(std::move(line));
     count();
 }
@@ -121,6 +122,16 @@ void RecordingHandler::record(const char* name, std::initializer_list<const XmlS
 
 void RecordingHandler::recordText(const char* name, const std::u16string& text) {
     add(std::string(name) + '(' + quoted(text) + ')');
+}
+
+void RecordingHandler::recordRun(const char* name, const std::u16string& text) {
+    const bool joined = joinText_ && openRun_ && std::strcmp(openRun_, name) == 0;
+    openText_ = (joined ? openText_ : std::u16string()) + text;
+    if (joined)
+        lines_.pop_back();
+    lines_.push_back(std::string(name) + '(' + quoted(openText_) + ')');
+    openRun_ = name;
+    count();
 }
 
 void RecordingHandler::recordError(const char* name, const Xml::Sax::SaxParseException& exception) {
@@ -187,18 +198,12 @@ void RecordingHandler::endElement(const XmlString& uri, const XmlString& localNa
 }
 
 void RecordingHandler::characters(const unsigned short* ch, unsigned int start, unsigned int length) {
-    const bool joined = joinText_ && inText_;
-    openText_ = (joined ? openText_ : std::u16string()) + textOf(ch, start, length);
-    if (joined)
-        lines_.pop_back();
-    lines_.push_back("characters(" + quoted(openText_) + ')');
-    inText_ = true;
-    count();
+    recordRun("characters", textOf(ch, start, length));
 }
 
 void RecordingHandler::ignorableWhitespace(const unsigned short* ch, unsigned int start,
                                            unsigned int length) {
-    recordText("ignorableWhitespace", textOf(ch, start, length));
+    recordRun("ignorableWhitespace", textOf(ch, start, length));
 }
 
 void RecordingHandler::processingInstruction(const XmlString& target, const XmlString& data) {

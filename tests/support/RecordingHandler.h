@@ -46,7 +46,7 @@ public:
     void throwAt(std::size_t n, std::function<void()> thrower = {});
     std::size_t eventCount() const { return eventCount_; }
 
-    void joinText(bool join) { joinText_ = join; }     ///< adjacent `characters` events become one line
+    void joinText(bool join) { joinText_ = join; } ///< a run of `characters`, or of white space, is one line
     void recordFlags(bool record) { flags_ = record; } ///< declared and specified, where the list knows them
 
     /// What both resolveEntity operations answer; at first null.
@@ -107,6 +107,7 @@ public:
 private:
     void record(const char* name, std::initializer_list<const Xml::XmlString*> arguments = {});
     void recordText(const char* name, const std::u16string& text);
+    void recordRun(const char* name, const std::u16string& text);
     void recordError(const char* name, const Xml::Sax::SaxParseException& exception);
     void add(std::string line);
     void count();
@@ -117,8 +118,8 @@ private:
     std::function<void()> thrower_;
     bool joinText_ = false;
     bool flags_ = false;
-    bool inText_ = false;     ///< the last event was `characters`
-    std::u16string openText_; ///< its text, when text is joined
+    const char* openRun_ = nullptr; ///< the last event, when the next one can be joined to it
+    std::u16string openText_;       ///< its text, when text is joined
     Resolver resolver_;
     Xml::Sax::InputSource* subset_ = nullptr;
     Xml::Sax::Locator* locator_ = nullptr;
