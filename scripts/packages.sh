@@ -21,7 +21,9 @@ update_index() {
 }
 
 is_installed() {
-    dpkg-query -W -f '${db:Status-Abbrev}\n' "$1" 2>/dev/null | grep -q '^ii'
+    dpkg-query -W -f '${db:Status-Abbrev}\n' "$1" 2>/dev/null | grep -q '^ii' && return
+    # Debian's versions of Boost exclude each other, and any of them will do.
+    [ "$1" = libboost-dev ] && is_installed 'libboost1.*-dev'
 }
 
 # install_missing PACKAGE...
