@@ -2,6 +2,7 @@
 
 base_packages="g++ cmake ninja-build python3-minimal libboost-dev libexpat1-dev libcli11-dev"
 test_packages="$base_packages libc6-dev binutils googletest pkg-config"
+bench_packages="$base_packages python3 libbenchmark-dev qt6-base-dev libpoco-dev libxerces-c-dev libxml2-dev libxml2-utils liburiparser-dev libssl-dev libicu-dev"
 all_packages="$test_packages clang g++-multilib libclang-rt-dev ccache libxml2-utils valgrind clang-format clang-tidy codespell"
 
 as_root() {
@@ -27,6 +28,7 @@ is_installed() {
 }
 
 # install_missing PACKAGE...
+# Never at the cost of a package that is there: apt-get stops then, and the user decides.
 install_missing() {
     missing=
     for package in "$@"; do
@@ -36,5 +38,5 @@ install_missing() {
     echo "Installing:$missing"
     update_index
     as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 --no-install-recommends \
-        install $missing
+        --no-remove install $missing
 }
