@@ -48,9 +48,10 @@ const Entries entries([] {
         benchmark::DoNotOptimize(text);
         Runtime::release(text);
     });
-    enterUri("uri.resolve", relativeReferences(), [base = std::shared_ptr<URI>(parsed(baseUri()))](const URI& uri) {
-        benchmark::DoNotOptimize(std::unique_ptr<URI>(uri.resolve(*base, true)));
-    });
+    enterUri("uri.resolve", relativeReferences(),
+             [base = std::shared_ptr<URI>(parsed(baseUri()))](const URI& uri) {
+                 benchmark::DoNotOptimize(std::unique_ptr<URI>(uri.resolve(*base, true)));
+             });
     enterUri("uri.normalize", looseUris(),
              [](const URI& uri) { benchmark::DoNotOptimize(std::unique_ptr<URI>(uri.normalize())); });
     enterUri("uri.relativize", uris(), [base = std::shared_ptr<URI>(parsed(baseUri()))](const URI& uri) {

@@ -53,9 +53,15 @@ public:
 private:
     void write(Writer& writer, const PreparedEvent& event) {
         switch (event.kind) {
-        case Event::Start: writer.startElement(none_, event.text, event.text, event.attributes); break;
-        case Event::End: writer.endElement(none_, event.text, event.text); break;
-        case Event::Text: writer.characters(event.text.data(), 0, event.text.size()); break;
+        case Event::Start:
+            writer.startElement(none_, event.text, event.text, event.attributes);
+            break;
+        case Event::End:
+            writer.endElement(none_, event.text, event.text);
+            break;
+        case Event::Text:
+            writer.characters(event.text.data(), 0, event.text.size());
+            break;
         }
     }
 

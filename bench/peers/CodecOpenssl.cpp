@@ -42,9 +42,8 @@ template <class Work>
 void enterBase64(const char* workload, Work work) {
     enter(workload, "OpenSSL", [work] {
         return Round(Load{1, kCodecBytes},
-                     [work, context = Context(EVP_ENCODE_CTX_new()), room = Bytes(2 * kCodecBytes)]() mutable {
-                         work(context.get(), room);
-                     });
+                     [work, context = Context(EVP_ENCODE_CTX_new()),
+                      room = Bytes(2 * kCodecBytes)]() mutable { work(context.get(), room); });
     });
 }
 

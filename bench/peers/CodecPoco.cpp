@@ -35,9 +35,8 @@ void enterPoco(const std::string& name, const std::string& text) {
     const Load load{1, kCodecBytes};
     enter(name + "-encode", "POCO", [load] { return Round(load, encode<Encoder>); });
     enter(name + "-decode", "POCO", [load, &text] {
-        return Round(load, [&text, room = std::vector<char>(kCodecBytes)]() mutable {
-            decode<Decoder>(text, room);
-        });
+        return Round(
+            load, [&text, room = std::vector<char>(kCodecBytes)]() mutable { decode<Decoder>(text, room); });
     });
 }
 

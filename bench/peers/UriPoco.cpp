@@ -12,10 +12,11 @@ namespace {
 template <class Work>
 void enterPoco(const char* workload, const std::vector<std::string>& texts, Work work) {
     enter(workload, "POCO", [&texts, work] {
-        return Round(Load{texts.size()}, [work, objects = std::vector<Poco::URI>(texts.begin(), texts.end())] {
-            for (const Poco::URI& uri : objects)
-                work(uri);
-        });
+        return Round(Load{texts.size()},
+                     [work, objects = std::vector<Poco::URI>(texts.begin(), texts.end())] {
+                         for (const Poco::URI& uri : objects)
+                             work(uri);
+                     });
     });
 }
 
@@ -26,7 +27,8 @@ const Entries entries([] {
                 benchmark::DoNotOptimize(Poco::URI(text));
         });
     });
-    enterPoco("uri.recompose", uris(), [](const Poco::URI& uri) { benchmark::DoNotOptimize(uri.toString()); });
+    enterPoco("uri.recompose", uris(),
+              [](const Poco::URI& uri) { benchmark::DoNotOptimize(uri.toString()); });
     enterPoco("uri.resolve", relativeReferences(), [base = Poco::URI(baseUri())](const Poco::URI& uri) {
         Poco::URI resolved(base);
         resolved.resolve(uri);

@@ -34,8 +34,9 @@ const Entries entries([] {
     });
     enterQt<QUrl>("uri.recompose", uris(), urlOf,
                   [](const QUrl& url) { benchmark::DoNotOptimize(url.toString(QUrl::FullyEncoded)); });
-    enterQt<QUrl>("uri.resolve", relativeReferences(), urlOf,
-                  [base = urlOf(baseUri())](const QUrl& url) { benchmark::DoNotOptimize(base.resolved(url)); });
+    enterQt<QUrl>("uri.resolve", relativeReferences(), urlOf, [base = urlOf(baseUri())](const QUrl& url) {
+        benchmark::DoNotOptimize(base.resolved(url));
+    });
     enterQt<QUrl>("uri.normalize", looseUris(), urlOf, [](const QUrl& url) {
         benchmark::DoNotOptimize(url.adjusted(QUrl::NormalizePathSegments));
     });

@@ -61,8 +61,12 @@ private:
             for (const auto& [name, value] : event.attributes)
                 xmlTextWriterWriteAttribute(writer, chars(name), chars(value));
             break;
-        case Event::End: xmlTextWriterFullEndElement(writer); break;
-        case Event::Text: xmlTextWriterWriteString(writer, chars(event.text)); break;
+        case Event::End:
+            xmlTextWriterFullEndElement(writer);
+            break;
+        case Event::Text:
+            xmlTextWriterWriteString(writer, chars(event.text));
+            break;
         }
     }
 

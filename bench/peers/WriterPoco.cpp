@@ -45,8 +45,12 @@ public:
 private:
     void write(Poco::XML::XMLWriter& writer, const PreparedEvent& event) {
         switch (event.kind) {
-        case Event::Start: writer.startElement(none_, event.text, event.text, event.attributes); break;
-        case Event::End: writer.endElement(none_, event.text, event.text); break;
+        case Event::Start:
+            writer.startElement(none_, event.text, event.text, event.attributes);
+            break;
+        case Event::End:
+            writer.endElement(none_, event.text, event.text);
+            break;
         case Event::Text:
             writer.characters(event.text.data(), 0, static_cast<int>(event.text.size()));
             break;

@@ -65,8 +65,12 @@ private:
             for (const auto& [name, value] : event.attributes)
                 writer.writeAttribute(name, value);
             break;
-        case Event::End: writer.writeEndElement(); break;
-        case Event::Text: writer.writeCharacters(event.text); break;
+        case Event::End:
+            writer.writeEndElement();
+            break;
+        case Event::Text:
+            writer.writeCharacters(event.text);
+            break;
         }
     }
 

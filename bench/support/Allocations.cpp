@@ -22,10 +22,10 @@ std::uint64_t allocationCount() noexcept {
 // glibc's own.
 extern "C" {
 
-void* __libc_malloc(std::size_t bytes);                                // NOLINT(bugprone-reserved-identifier)
-void* __libc_calloc(std::size_t elements, std::size_t bytes);          // NOLINT(bugprone-reserved-identifier)
-void* __libc_realloc(void* block, std::size_t bytes);                  // NOLINT(bugprone-reserved-identifier)
-void* __libc_memalign(std::size_t alignment, std::size_t bytes);       // NOLINT(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t bytes);                          // NOLINT(bugprone-reserved-identifier)
+void* __libc_calloc(std::size_t elements, std::size_t bytes);    // NOLINT(bugprone-reserved-identifier)
+void* __libc_realloc(void* block, std::size_t bytes);            // NOLINT(bugprone-reserved-identifier)
+void* __libc_memalign(std::size_t alignment, std::size_t bytes); // NOLINT(bugprone-reserved-identifier)
 
 void* malloc(std::size_t bytes) {
     ++Quillon::Bench::count;

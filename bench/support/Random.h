@@ -20,7 +20,9 @@ public:
     /// 0 to `limit` - 1.
     std::uint32_t below(std::uint32_t limit) noexcept { return static_cast<std::uint32_t>(next() % limit); }
     /// `low` to `high`, both included.
-    std::uint32_t between(std::uint32_t low, std::uint32_t high) noexcept { return low + below(high - low + 1); }
+    std::uint32_t between(std::uint32_t low, std::uint32_t high) noexcept {
+        return low + below(high - low + 1);
+    }
 
 private:
     std::uint64_t state_;

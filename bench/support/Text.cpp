@@ -41,7 +41,7 @@ std::u16string asciiProse(std::size_t units, Random& random) {
 
 std::u16string latinProse(std::size_t units, Random& random) {
     return words(units, random, [&] {
-        return random.below(4) == 0 ? static_cast<char16_t>(0xE0 + random.below(0x17)) : asciiLetter(random);
+        return random.below(24) == 0 ? static_cast<char16_t>(0xE0 + random.below(0x17)) : asciiLetter(random);
     });
 }
 

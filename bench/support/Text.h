@@ -13,7 +13,7 @@ namespace Quillon::Bench {
 std::u16string asciiProse(std::size_t units, Random& random);
 /// Ideographs of the basic plane with their punctuation.
 std::u16string cjkProse(std::size_t units, Random& random);
-/// ASCII and two-byte letters, as in a European language: about one unit in five is beyond ASCII.
+/// ASCII and two-byte letters, as in a European language: one letter in 24 is beyond ASCII.
 std::u16string latinProse(std::size_t units, Random& random);
 /// Characters beyond the basic plane only; `units` must be even.
 std::u16string emoji(std::size_t units, Random& random);
