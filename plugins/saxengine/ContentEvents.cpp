@@ -38,21 +38,38 @@ ContentEvents::ContentEvents(ParseContext& context)
         &context.names.uri(UnitSpan(context.words.empty));
 }
 
+/// Whether the tag that begins here ends like <b/>: only then does the event of its end have to know where it began.
+bool ContentEvents::looksLikeEmptyTag() const {
+    const XML_Parser parser = context_.entity->parser();
+    int offset = 0, size = 0;
+    const char* buffer = XML_GetInputContext(parser, &offset, &size);
+    const int length = XML_GetCurrentByteCount(parser);
+    if (!buffer || length < 4 || length > size - offset)
+        return true;
+    const char* end =
+        buffer + offset + length; // of a tag in UTF-16 or in an encoding with one byte for the />
+    return end[-2] == '/' || end[-3] == '/' || end[-4] == '/';
+}
+
 void ContentEvents::startElement(const XML_Char* qName, const XML_Char** attributes) {
     endText();
-    elementStart_ = context_.location();
+    const bool mayBeEmptyTag = looksLikeEmptyTag();
+    if (mayBeEmptyTag)
+        emptyTagStart_ = context_.location();
     if (elements_.size() >= context_.settings.maximumDepth)
         context_.fatal("the elements are nested deeper than the limit maximumDepth, which is "
                        + std::to_string(context_.settings.maximumDepth));
-    const Name& name = context_.name(qName);
+    const Name& name = context_.elementName(qName);
     const ElementDeclaration* declaration = name.element.get();
-    elements_.push_back({&name, nullptr, bindings_.size(), declaration && declaration->hasElementContent});
+    isContentOfElements_ = declaration && declaration->hasElementContent;
+    elements_.push_back({&name, nullptr, bindings_.size(), isContentOfElements_, mayBeEmptyTag});
     attributes_.begin(declaration);
     collect(attributes);
     const bool isQualified = context_.settings.features.namespaces;
     if (isQualified) {
-        declarePrefixes();
-        elements_.back().uri = resolve(name);
+        if (hasDeclarations_)
+            declarePrefixes();
+        elements_.back().uri = &resolve(name);
         resolveAttributes();
     }
     if (context_.handlers.content) {
@@ -64,9 +81,15 @@ void ContentEvents::startElement(const XML_Char* qName, const XML_Char** attribu
 }
 
 void ContentEvents::collect(const XML_Char** attributes) {
+    hasDeclarations_ = false;
+    if (!attributes[0])
+        return;
     const int specified = XML_GetSpecifiedAttributeCount(context_.entity->parser());
-    for (int i = 0; attributes[i]; i += 2)
-        attributes_.add(context_.name(attributes[i]), attributes[i + 1], i < specified);
+    for (int i = 0; attributes[i]; i += 2) {
+        const Name& name = context_.attributeName(attributes[i]);
+        hasDeclarations_ = hasDeclarations_ || isDeclaration(name);
+        attributes_.add(name, attributes[i + 1], i < specified);
+    }
 }
 
 void ContentEvents::declarePrefixes() {
@@ -80,7 +103,7 @@ void ContentEvents::declarePrefixes() {
 
 void ContentEvents::bind(const Name& name, const XML_Char* uriText) {
     Prefix& prefix = *name.prefix;
-    const Uri& uri = context_.names.uri(UnitSpan(uriText));
+    Uri& uri = context_.names.uri(UnitSpan(uriText));
     checkBinding(prefix, uri);
     if (&prefix == &xml_)
         return; // bound for good: no event tells of it
@@ -105,31 +128,38 @@ void ContentEvents::checkBinding(const Prefix& prefix, const Uri& uri) {
         context_.fatal("the prefix " + toUtf8(prefix.text) + " must not be bound to an empty namespace name");
 }
 
-const Uri* ContentEvents::resolve(const Name& name) {
+Uri& ContentEvents::resolve(const Name& name) {
     if (name.form == NameForm::NotQualified)
         context_.fatal("the name " + toUtf8(name.text) + " is not a qualified name");
     if (name.form == NameForm::PrefixDeclaration)
         context_.fatal("the prefix xmlns must not be used for elements");
     if (!name.prefix->uri)
         context_.fatal("the prefix " + toUtf8(name.prefix->text) + " is not bound");
-    return name.prefix->uri;
+    return *name.prefix->uri;
 }
 
+/// Two attributes can only have one name when a namespace has two prefixes here: Expat has compared the whole names.
 void ContentEvents::resolveAttributes() {
     prefixed_.clear();
+    ++elementNumber_;
+    bool mayHaveDuplicates = false;
     for (ElementAttributes::Slot& slot : attributes_.slots()) {
-        if (isDeclaration(*slot.name)) {
+        if (hasDeclarations_ && isDeclaration(*slot.name)) {
             showDeclarationAttribute(slot);
             continue;
         }
-        const Uri* uri = resolve(*slot.name);
+        Uri& uri = resolve(*slot.name);
         slot.localName = &slot.name->localName;
-        if (slot.name->form == NameForm::Prefixed) {
-            slot.uri = &uri->text;
-            prefixed_.push_back(&slot);
-        }
+        if (slot.name->form != NameForm::Prefixed)
+            continue;
+        slot.uri = &uri.text;
+        prefixed_.push_back(&slot);
+        if (uri.usedIn != elementNumber_)
+            uri.usedBy = slot.name->prefix;
+        uri.usedIn = elementNumber_;
+        mayHaveDuplicates = mayHaveDuplicates || uri.usedBy != slot.name->prefix;
     }
-    if (prefixed_.size() > 1)
+    if (mayHaveDuplicates)
         checkUnique();
 }
 
@@ -163,10 +193,18 @@ void ContentEvents::failDuplicate(const ElementAttributes::Slot& slot) {
 void ContentEvents::endElement() {
     endText();
     // Of <b/>, Expat puts the end behind the tag, where an event without any text stands.
-    const bool isEmptyElement = XML_GetCurrentByteCount(context_.entity->parser()) == 0;
-    const EventPlace place(context_, isEmptyElement ? elementStart_ : context_.location());
+    const bool isEmptyTag =
+        elements_.back().mayBeEmptyTag && XML_GetCurrentByteCount(context_.entity->parser()) == 0;
+    if (!isEmptyTag)
+        return closeElement();
+    const EventPlace place(context_, emptyTagStart_);
+    closeElement();
+}
+
+void ContentEvents::closeElement() {
     const OpenElement element = elements_.back();
     elements_.pop_back();
+    isContentOfElements_ = !elements_.empty() && elements_.back().hasElementContent;
     const bool isQualified = context_.settings.features.namespaces;
     if (context_.handlers.content)
         context_.handlers.content->endElement(isQualified ? element.uri->text : context_.words.empty,
@@ -208,8 +246,7 @@ void ContentEvents::joinPair(UnitSpan& units) {
 void ContentEvents::deliver(UnitSpan units) {
     if (!context_.handlers.content)
         return;
-    const bool isIgnorable =
-        !inCdata_ && !elements_.empty() && elements_.back().hasElementContent && isWhiteSpace(units);
+    const bool isIgnorable = isContentOfElements_ && !inCdata_ && isWhiteSpace(units);
     if (isIgnorable)
         context_.handlers.content->ignorableWhitespace(units.data, 0, units.size);
     else
@@ -218,7 +255,11 @@ void ContentEvents::deliver(UnitSpan units) {
 
 void ContentEvents::endText() {
     if (heldSurrogate_ != 0)
-        context_.fatal("an unpaired surrogate: a high one without a low one behind it");
+        failHeldSurrogate();
+}
+
+void ContentEvents::failHeldSurrogate() {
+    context_.fatal("an unpaired surrogate: a high one without a low one behind it");
 }
 
 void ContentEvents::startCdata() {

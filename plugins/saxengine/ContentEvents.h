@@ -36,13 +36,15 @@ private:
         const Uri* uri;
         std::size_t bindings; ///< how many there were before it
         bool hasElementContent;
+        bool mayBeEmptyTag; ///< what looks like <b/>
     };
     struct Binding {
         Prefix* prefix;
-        const Uri* outer; ///< what the prefix was bound to before
+        Uri* outer; ///< what the prefix was bound to before
     };
 
-    const Uri* resolve(const Name& name);
+    bool looksLikeEmptyTag() const;
+    Uri& resolve(const Name& name);
     void collect(const XML_Char** attributes);
     void declarePrefixes();
     void bind(const Name& name, const XML_Char* uri);
@@ -51,6 +53,8 @@ private:
     void showDeclarationAttribute(ElementAttributes::Slot& slot) const;
     void checkUnique();
     [[noreturn]] void failDuplicate(const ElementAttributes::Slot& slot);
+    void closeElement();
+    [[noreturn]] void failHeldSurrogate();
     void deliver(UnitSpan units);
     void joinPair(UnitSpan& units);
 
@@ -61,7 +65,10 @@ private:
     std::vector<const ElementAttributes::Slot*> prefixed_;
     std::vector<OpenElement> elements_;
     std::vector<Binding> bindings_;
-    Location elementStart_;
+    bool hasDeclarations_ = false; ///< among the attributes
+    std::uint64_t elementNumber_ = 0;
+    Location emptyTagStart_;
+    bool isContentOfElements_ = false; ///< white space here may be ignored
     bool inCdata_ = false;
     XML_Char heldSurrogate_ = 0; ///< 0: none
     Location heldPlace_;

@@ -4,6 +4,10 @@
 #include "xml/ArrayIndexOutOfBoundsException.h"
 #include "xml/IllegalArgumentException.h"
 #include "xml/Utf16LiteralInternal.h"
+#include "xml/XmlStringInternal.h"
+
+#include <algorithm>
+#include <bit>
 
 namespace Quillon::SaxEngine {
 
@@ -18,6 +22,10 @@ constexpr Xml::Utf16Literal kNameNotDeclared(u"uri-localName is not in Attribute
 constexpr Xml::Utf16Literal kQNameNotSpecified(u"qName is not in Attribute specified list");
 constexpr Xml::Utf16Literal kNameNotSpecified(u"uri-localName is not in Attribute specified list");
 
+/// Longer values give their block back with the element, and so do those of further attributes.
+constexpr std::size_t kLongestKept = 255, kMostKept = 256;
+constexpr XML_Char kRoom[kLongestKept] = {};
+
 unsigned int foundOr(int index, const XML_Char* whatIsMissing) {
     if (index < 0)
         Xml::IllegalArgumentException::doThrow(Xml::makeString(whatIsMissing));
@@ -29,14 +37,44 @@ unsigned int foundOr(int index, const XML_Char* whatIsMissing) {
 ElementAttributes::ElementAttributes(const Vocabulary& words) : words_(words) {}
 ElementAttributes::~ElementAttributes() = default;
 
-void ElementAttributes::begin(const ElementDeclaration* declaration) {
-    slots_.clear();
-    declaration_ = declaration;
+/// The value as a string. Its block is the last one's when that is free and large enough.
+const XmlString& ElementAttributes::value(unsigned int index) const {
+    if (index >= values_.size())
+        values_.resize(slots_.size());
+    hasMuchToGiveBack_ = hasMuchToGiveBack_ || values_.size() > kMostKept;
+    Value& value = values_[index];
+    if (value.element == element_)
+        return value.text;
+    const XML_Char* units = slots_[index].value;
+    value.element = 0;
+    const bool isRefilled =
+        Xml::XmlStringInternal::isSoleOwner(value.text) && Xml::XmlStringInternal::refill(value.text, units);
+    if (!isRefilled)
+        makeValue(value.text, units);
+    value.element = element_;
+    return value.text;
 }
 
-ElementAttributes::Slot& ElementAttributes::add(const Name& name, const XML_Char* value, bool isSpecified) {
-    slots_.push_back({&name, &words_.empty, &words_.empty, value, isSpecified, XmlString()});
-    return slots_.back();
+/// A new block, with room for somewhat longer values unless this is a long one.
+void ElementAttributes::makeValue(XmlString& text, const XML_Char* units) const {
+    const UnitSpan span(units);
+    if (span.size > kLongestKept) {
+        hasMuchToGiveBack_ = true;
+        text.create(0, units, span.size);
+    } else {
+        text.create(0, kRoom, std::max(16u, std::bit_ceil(span.size + 1)) - 1);
+        Xml::XmlStringInternal::refill(text, units);
+    }
+}
+
+void ElementAttributes::giveBack() {
+    if (values_.size() > kMostKept)
+        values_.resize(kMostKept);
+    values_.shrink_to_fit();
+    for (Value& value : values_)
+        if (value.text.capacity() > kLongestKept)
+            value.text.dissociate();
+    hasMuchToGiveBack_ = false;
 }
 
 const XmlString* ElementAttributes::declaredType(const Slot& slot) const {
@@ -78,10 +116,7 @@ XmlString ElementAttributes::getType(unsigned int index) const {
 XmlString ElementAttributes::getValue(unsigned int index) const {
     if (index >= slots_.size())
         return XmlString();
-    const Slot& slot = slots_[index];
-    if (slot.text.isNull())
-        slot.text = ownedString(slot.value);
-    return slot.text;
+    return value(index);
 }
 
 int ElementAttributes::getIndex(const XmlString& uri, const XmlString& localName) const {

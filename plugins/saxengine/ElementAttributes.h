@@ -6,6 +6,7 @@
 #include "Vocabulary.h"
 #include "xml/sax/Attributes2.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace Quillon::SaxEngine {
@@ -13,7 +14,8 @@ namespace Quillon::SaxEngine {
 /// The attributes of the element that is being reported, over Expat's array. Names are shared from the name table; a
 /// value becomes a string when somebody asks for it, and that string owns its text.
 ///
-/// Cost: once it has held as many attributes, nothing is allocated per element but the values that are asked for.
+/// Cost: once it has held as many attributes with values as long, nothing is allocated for an element. The block of a
+/// value serves the next element, too, unless somebody has kept a copy of the string, or it is a long one.
 class ElementAttributes final : public Xml::Sax::Attributes2 {
 public:
     struct Slot {
@@ -22,17 +24,26 @@ public:
         const Xml::XmlString* localName;
         const XML_Char* value;
         bool isSpecified;
-        mutable Xml::XmlString text; ///< the value, null until it is asked for
     };
 
     explicit ElementAttributes(const Vocabulary& words);
     ~ElementAttributes() override;
 
     /// Makes the list empty for an element that the DTD declares so (null: not at all).
-    void begin(const ElementDeclaration* declaration);
-    Slot& add(const Name& name, const XML_Char* value, bool isSpecified);
+    void begin(const ElementDeclaration* declaration) {
+        declaration_ = declaration;
+        slots_.clear();
+    }
+    void add(const Name& name, const XML_Char* value, bool isSpecified) {
+        slots_.push_back({&name, &words_.empty, &words_.empty, value, isSpecified});
+    }
     std::vector<Slot>& slots() { return slots_; }
-    void clear() { slots_.clear(); }
+    void clear() {
+        slots_.clear();
+        ++element_;
+        if (hasMuchToGiveBack_)
+            giveBack();
+    }
 
     unsigned int getLength() const override;
     Xml::XmlString getURI(unsigned int index) const override;
@@ -54,12 +65,24 @@ public:
     bool isSpecified(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
 
 private:
+    /// A string for the value at an index. It holds the value of the element with that number, or one that is over.
+    struct Value {
+        Xml::XmlString text;
+        std::uint64_t element = 0;
+    };
+
+    const Xml::XmlString& value(unsigned int index) const;
+    void makeValue(Xml::XmlString& text, const XML_Char* units) const;
+    void giveBack();
     const Xml::XmlString* declaredType(const Slot& slot) const;
     const Slot& checked(unsigned int index) const;
 
     const Vocabulary& words_;
     const ElementDeclaration* declaration_ = nullptr;
     std::vector<Slot> slots_;
+    std::uint64_t element_ = 1; ///< counts the elements
+    mutable std::vector<Value> values_;
+    mutable bool hasMuchToGiveBack_ = false; ///< of memory, that this element needs and the next may not
 };
 
 } // namespace Quillon::SaxEngine

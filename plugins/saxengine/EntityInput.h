@@ -49,7 +49,7 @@ public:
     /// The chunk that the next fill() will give, taken out of turn; an empty one at the end.
     std::string_view readAhead();
 
-    static constexpr int kChunkSize = 16 * 1024;
+    static constexpr int kChunkSize = 64 * 1024;
 
 private:
     unsigned int read(char* buffer, unsigned int capacity);

@@ -35,7 +35,33 @@ long colonOf(UnitSpan text) {
     return colon - text.begin();
 }
 
+/// Reads no further than the terminating zero unit: a name has none.
+bool isText(const Name& name, const XML_Char* terminated) {
+    for (std::uint32_t i = 0; i < name.units.size; ++i)
+        if (terminated[i] != name.units.data[i])
+            return false;
+    return terminated[name.units.size] == 0;
+}
+
 } // namespace
+
+Name& NameTable::elementName(const XML_Char* terminated) {
+    Name* guess = lastElement_ ? lastElement_->follower : nullptr;
+    if (!guess || !isText(*guess, terminated))
+        guess = &name(UnitSpan(terminated));
+    if (lastElement_)
+        lastElement_->follower = guess;
+    lastElement_ = guess;
+    return *guess;
+}
+
+Name& NameTable::attributeName(const XML_Char* terminated) {
+    const auto address = reinterpret_cast<std::uintptr_t>(terminated) / sizeof(XML_Char);
+    Name*& guess = attributesByAddress_[(address ^ address >> 7) % attributesByAddress_.size()];
+    if (!guess || !isText(*guess, terminated))
+        guess = &name(UnitSpan(terminated));
+    return *guess;
+}
 
 Name& NameTable::name(UnitSpan text) {
     return names_.intern(text, [&] { return makeName(text); });
@@ -51,6 +77,7 @@ Uri& NameTable::uri(UnitSpan text) {
 
 std::unique_ptr<Name> NameTable::makeName(UnitSpan text) {
     auto name = makeEntry<Name>(text);
+    name->units = UnitSpan(name->text);
     const long colon = colonOf(text);
     const bool isName = std::none_of(text.begin(), text.end(), isForeignToNames);
     if (colon < 0 || !isName) {

@@ -27,11 +27,8 @@ void ParseContext::warn(const std::string& message) {
         handlers.error->warning(Xml::Sax::SaxParseException(fromUtf8(message), locator));
 }
 
-Name& ParseContext::name(const XML_Char* text) {
-    Name& found = names.name(UnitSpan(text));
-    if (found.form == NameForm::NotAName)
-        fatal("the name " + toUtf8(found.text) + " is not well-formed");
-    return found;
+void ParseContext::failName(const Name& name) {
+    fatal("the name " + toUtf8(name.text) + " is not well-formed");
 }
 
 void ParseContext::checkPlainName(UnitSpan name, const char* what) {

@@ -28,7 +28,9 @@ struct ParseContext {
     void warn(const std::string& message);
 
     /// The name of an element or attribute. It is not well-formed: fatal.
-    Name& name(const XML_Char* text);
+    Name& name(const XML_Char* text) { return checked(names.name(UnitSpan(text))); }
+    Name& elementName(const XML_Char* text) { return checked(names.elementName(text)); } ///< in a start tag
+    Name& attributeName(const XML_Char* text) { return checked(names.attributeName(text)); }
     /// Checks any other name; with namespaces, such a name has no colon.
     void checkPlainName(UnitSpan name, const char* what);
 
@@ -41,6 +43,14 @@ struct ParseContext {
     EventLocator locator;
     Xml::XmlString documentVersion;
     bool isStandalone = false;
+
+private:
+    Name& checked(Name& name) {
+        if (name.form == NameForm::NotAName)
+            failName(name);
+        return name;
+    }
+    [[noreturn]] void failName(const Name& name);
 };
 
 /// While it lives, the current event stands at `place`.

@@ -107,6 +107,8 @@ public:
     static void operator delete[](void* block, void* place) noexcept;
 
 private:
+    friend struct XmlStringInternal;
+
     void copyIntoBuffer(const XmlString& other) noexcept;
     void share(const XmlString& other) noexcept;
     void append(const unsigned short* s, std::uint32_t n);
