@@ -72,18 +72,21 @@ Indentation indentationOf(const FormatOptions& options) {
     return result;
 }
 
-/// Stops the parse as soon as the output cannot be written, instead of reading the rest of the input for nothing.
-class OutputGuard : public XmlFilterImpl {
+/// Stops the parse as soon as the output cannot be written, instead of reading the rest of the input for nothing. It
+/// stands in front of the parser, where it costs nothing per event.
+class OutputGuard : public Xml::ReadableByteChannel {
 public:
-    OutputGuard(XmlReader* parent, const OutputFile& out) : XmlFilterImpl(parent), out_(out) {}
+    OutputGuard(Document& document, const OutputFile& out) : document_(document), out_(out) {}
 
-    void startElement(const Xml::XmlString& uri, const Xml::XmlString& localName, const Xml::XmlString& qName,
-                      const Attributes& attributes) override {
+    void close() override {}
+    bool isOpen() const override { return true; }
+    unsigned int read(unsigned char* buffer, unsigned int length) override {
         out_.check();
-        XmlFilterImpl::startElement(uri, localName, qName, attributes);
+        return document_.read(buffer, length);
     }
 
 private:
+    Document& document_;
     const OutputFile& out_;
 };
 
@@ -104,8 +107,8 @@ std::unique_ptr<TextConsumer> makeWriter(std::ostream& out, const FormatOptions&
     return writer;
 }
 
-/// reader -> one filter for each stripped namespace -> indentation -> writer. Comments, CDATA sections and the
-/// document type go from the reader straight to the writer.
+/// reader -> one filter for each stripped namespace -> indentation -> writer; what was not asked for is left out.
+/// Comments, CDATA sections and the document type go from the reader straight to the writer.
 ExitStatus formatTo(OutputFile& out, Document& document, const FormatOptions& options) {
     SaxEngineReader reader;
     options.reading.applyTo(reader);
@@ -113,18 +116,20 @@ ExitStatus formatTo(OutputFile& out, Document& document, const FormatOptions& op
     EventFilter::bind(&reader, writer.get());
 
     std::vector<std::unique_ptr<XmlFilterImpl>> chain;
-    chain.push_back(std::make_unique<OutputGuard>(&reader, out));
+    const auto last = [&] { return chain.empty() ? static_cast<XmlReader*>(&reader) : chain.back().get(); };
     for (const std::string& uri : options.strippedNamespaces)
-        chain.push_back(
-            std::make_unique<RemoveNamespaceFilter>(chain.back().get(), Xml::makeString(uri.c_str())));
+        chain.push_back(std::make_unique<RemoveNamespaceFilter>(last(), Xml::makeString(uri.c_str())));
     if (!options.strippedNamespaces.empty())
-        chain.push_back(std::make_unique<MappingKeeper>(chain.back().get()));
+        chain.push_back(std::make_unique<MappingKeeper>(last()));
     const Indentation indent = indentationOf(options);
-    chain.push_back(
-        std::make_unique<XmlFilterFormat>(chain.back().get(), indent.style, indent.tabs, indent.width));
-    chain.back()->setContentHandler(writer->getContentHandler());
-    chain.back()->setDTDHandler(writer->getDTDHandler());
-    return parseReporting(*chain.back(), document);
+    if (indent.style != XmlFilterFormat::AlignNone)
+        chain.push_back(std::make_unique<XmlFilterFormat>(last(), indent.style, indent.tabs, indent.width));
+    last()->setContentHandler(writer->getContentHandler());
+    last()->setDTDHandler(writer->getDTDHandler());
+
+    OutputGuard guard(document, out);
+    document.source().setByteChannel(&guard);
+    return parseReporting(*last(), document);
 }
 
 ExitStatus format(const FormatOptions& options) {

@@ -72,12 +72,15 @@ DescriptorBuffer::int_type DescriptorBuffer::overflow(int_type c) {
 }
 
 std::streamsize DescriptorBuffer::xsputn(const char* bytes, std::streamsize count) {
-    if (count <= epptr() - pptr()) {
-        std::memcpy(pptr(), bytes, static_cast<std::size_t>(count));
-        pbump(static_cast<int>(count));
-        return count;
+    if (count > epptr() - pptr()) {
+        if (!flushBuffer())
+            return 0;
+        if (count > epptr() - pptr())
+            return writeAll(bytes, static_cast<std::size_t>(count)) ? count : 0;
     }
-    return flushBuffer() && writeAll(bytes, static_cast<std::size_t>(count)) ? count : 0;
+    std::memcpy(pptr(), bytes, static_cast<std::size_t>(count));
+    pbump(static_cast<int>(count));
+    return count;
 }
 
 int DescriptorBuffer::sync() {
