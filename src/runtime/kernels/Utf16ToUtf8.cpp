@@ -293,7 +293,7 @@ ZUTARNEX_TARGET_AVX512 inline SixteenEncoded encodeSixteen(__m512i c, __mmask16 
 /// Writes 64 bytes, of which those before the result count.
 ZUTARNEX_TARGET_AVX512 inline char* storeSixteen(const SixteenEncoded& encoded, char* out) noexcept {
     _mm512_storeu_si512(out, _mm512_maskz_compress_epi8(encoded.counted, encoded.bytes));
-    return out + __builtin_popcountll(encoded.counted);
+    return out + countOf(encoded.counted);
 }
 
 /// The same for sixteen units among which there are surrogates, and one behind them. Of a pair, the lane of the first

@@ -36,7 +36,11 @@ unsigned short* convertScalar(Bytes text, Bytes end, unsigned short* out) noexce
     return out;
 }
 
-// Blocks: up to 64 bytes, of each kind of byte a mask, and from these the part of the block that is well-formed. What
+constexpr bool isTrail(unsigned char byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+// Blocks: 64 bytes, of each kind of byte a mask, and from these the part of the block that is well-formed. What
 // ends it, if anything does, is left to nextOfUtf8().
 
 /// Bit i stands for byte i of the block.
@@ -57,15 +61,12 @@ struct WellFormed {
     bool isBroken;          ///< what follows them is ill-formed
 };
 
-[[gnu::always_inline]] inline WellFormed wellFormedPart(const Kinds& kinds, unsigned int blockSize) noexcept {
+[[gnu::always_inline]] inline WellFormed wellFormedPart(const Kinds& kinds) noexcept {
     const std::uint64_t expected = kinds.lead2 << 1 | kinds.lead3 << 2 | kinds.lead4 << 3;
     std::uint64_t wrong = (kinds.trail ^ expected) | kinds.invalid;
     wrong |= (kinds.e0 << 1 & ~kinds.fromA0) | (kinds.ed << 1 & kinds.fromA0);
     wrong |= (kinds.f0 << 1 & ~kinds.from90) | (kinds.f4 << 1 & kinds.from90);
-    std::uint64_t before = ~std::uint64_t{0} >> (64 - blockSize);
-    wrong &= before;
-    if (wrong != 0)
-        before = (wrong & (0 - wrong)) - 1;
+    const std::uint64_t before = wrong == 0 ? ~std::uint64_t{0} : (wrong & (0 - wrong)) - 1;
     const std::uint64_t single = ~(kinds.trail | kinds.lead2 | kinds.invalid);
     const std::uint64_t lastOf4 = kinds.lead4 << 3;
     const std::uint64_t last =
@@ -83,7 +84,7 @@ struct WellFormed {
 /// Adds what a block of 64 bytes holds and moves behind it, or behind the ill-formed part that ends it.
 [[gnu::always_inline]] inline void countBlock(const Kinds& kinds, Bytes& text, Bytes end,
                                               Lengths& lengths) noexcept {
-    const WellFormed part = wellFormedPart(kinds, 64);
+    const WellFormed part = wellFormedPart(kinds);
     countPart(part, lengths);
     text += part.byteCount;
     if (part.isBroken)
@@ -296,6 +297,17 @@ ZUTARNEX_TARGET_AVX512 inline __mmask64 from(__m512i bytes, unsigned char value)
     return _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(value)));
 }
 
+/// Those of the bytes in `mask` that are at least `value`.
+ZUTARNEX_TARGET_AVX512 inline __mmask64 fromAmong(__mmask64 mask, __m512i bytes,
+                                                  unsigned char value) noexcept {
+    return _mm512_mask_cmpge_epu8_mask(mask, bytes, _mm512_set1_epi8(static_cast<char>(value)));
+}
+
+/// Those of the bytes in `mask` that begin a character.
+ZUTARNEX_TARGET_AVX512 inline __mmask64 startsAmong(__mmask64 mask, __m512i bytes) noexcept {
+    return _mm512_mask_cmpgt_epi8_mask(mask, bytes, _mm512_set1_epi8(static_cast<char>(0xBF)));
+}
+
 /// 64 bytes that begin with a character, and with each byte those that follow and precede it. The two or three bytes
 /// behind the block are there to be read.
 struct Block {
@@ -305,18 +317,12 @@ struct Block {
 
 constexpr std::ptrdiff_t kReadByBlock = 64 + 2;
 
-/// The numbers from `first` on.
-ZUTARNEX_TARGET_AVX512 inline __m512i numbersFrom(int first) noexcept {
-    const __m512i numbers =
-        _mm512_set_epi64(0x3F3E3D3C3B3A3938, 0x3736353433323130, 0x2F2E2D2C2B2A2928, 0x2726252423222120,
-                         0x1F1E1D1C1B1A1918, 0x1716151413121110, 0x0F0E0D0C0B0A0908, 0x0706050403020100);
-    return _mm512_add_epi8(numbers, _mm512_set1_epi8(static_cast<char>(first)));
-}
-
 ZUTARNEX_TARGET_AVX512 inline Block blockAt(Bytes text, __m512i bytes) noexcept {
+    const __m512i numbers = numbersFrom(0);
     return {bytes, _mm512_loadu_si512(text + 1), _mm512_loadu_si512(text + 2),
-            _mm512_maskz_permutexvar_epi8(~std::uint64_t{1}, numbersFrom(-1), bytes),
-            _mm512_maskz_permutexvar_epi8(~std::uint64_t{3}, numbersFrom(-2), bytes)};
+            _mm512_maskz_permutexvar_epi8(_mm512_test_epi8_mask(numbers, numbers), numbersFrom(-1), bytes),
+            _mm512_maskz_permutexvar_epi8(_mm512_cmpgt_epi8_mask(numbers, _mm512_set1_epi8(1)),
+                                          numbersFrom(-2), bytes)};
 }
 
 ZUTARNEX_TARGET_AVX512 inline __m512i lookUp(__m128i table, __m512i indexes) noexcept {
@@ -355,8 +361,7 @@ ZUTARNEX_TARGET_AVX512 inline bool isWellFormed(const Block& block) noexcept {
     const __m512i fourth = _mm512_subs_epu8(block.before2, _mm512_set1_epi8(0xF0 - 0x80));
     const __m512i expected = _mm512_ternarylogic_epi64(
         third, fourth, _mm512_set1_epi8(static_cast<char>(0x80)), 0xA8); // (a | b) & c
-    const __m512i wrong = _mm512_xor_si512(faults, expected);
-    return _mm512_test_epi8_mask(wrong, wrong) == 0;
+    return !hasAny(_mm512_xor_si512(faults, expected), 0xFF);
 }
 
 /// The bytes of a well-formed block that are whole characters: all but up to three.
@@ -385,20 +390,18 @@ ZUTARNEX_TARGET_AVX512 Lengths lengthsAvx512(Bytes text, Bytes end) noexcept {
             continue;
         }
         const Block block = blockAt(text, _mm512_loadu_si512(text));
-        const __mmask64 trails =
-            _mm512_cmplt_epi8_mask(block.bytes, _mm512_set1_epi8(static_cast<char>(0xC0)));
-        if ((trails & 1) != 0 || !isWellFormed(block)) {
+        if (isTrail(*text) || !isWellFormed(block)) {
             countBlock(kindsAvx2(text), text, end, lengths);
             continue;
         }
         const unsigned int byteCount = wholeCharacters(text);
-        const std::uint64_t whole = ~std::uint64_t{0} >> (64 - byteCount);
-        const auto characters = static_cast<unsigned int>(__builtin_popcountll(~trails & whole));
+        const __mmask64 whole = firstBytes(byteCount);
+        const unsigned int characters = countOf(startsAmong(whole, block.bytes));
         lengths.characters += characters;
         lengths.units += characters;
-        const __mmask64 of4 = from(block.bytes, 0xF0);
-        if (of4 != 0)
-            lengths.units += static_cast<unsigned int>(__builtin_popcountll(of4 & whole));
+        const __mmask64 of4 = fromAmong(whole, block.bytes, 0xF0);
+        if (!isEmpty(of4))
+            lengths.units += countOf(of4);
         text += byteCount;
     }
     const Lengths rest = lengthsAvx2(text, end);
@@ -427,8 +430,8 @@ ZUTARNEX_TARGET_AVX512 inline Halves halvesOf(const Block& block) noexcept {
             _mm512_mask_mov_epi8(high, isAscii, _mm512_setzero_si512())};
 }
 
-/// Puts surrogates in where characters of four bytes begin, `of4`.
-ZUTARNEX_TARGET_AVX512 inline void addSurrogates(const Block& block, std::uint64_t of4,
+/// Puts surrogates in where characters of four bytes begin, `of4`, and at their second bytes.
+ZUTARNEX_TARGET_AVX512 inline void addSurrogates(const Block& block, __mmask64 of4, __mmask64 seconds,
                                                  Halves& halves) noexcept {
     const __m512i low2 = _mm512_set1_epi8(0x03);
     // The first: D800 and the ten upper bits, less 40: D7C0 and what three bytes hold of them.
@@ -446,12 +449,12 @@ ZUTARNEX_TARGET_AVX512 inline void addSurrogates(const Block& block, std::uint64
     const __m512i high =
         _mm512_ternarylogic_epi64(low2, _mm512_srli_epi16(block.next1, 2),
                                   _mm512_set1_epi8(static_cast<char>(0xDC)), 0xEA); // (a & b) | c
-    halves.low = _mm512_mask_mov_epi8(halves.low, of4 << 1, low);
-    halves.high = _mm512_mask_mov_epi8(halves.high, of4 << 1, high);
+    halves.low = _mm512_mask_mov_epi8(halves.low, seconds, low);
+    halves.high = _mm512_mask_mov_epi8(halves.high, seconds, high);
 }
 
 /// Writes 64 units, of which those at the bytes in `counted` come first; returns the end of these.
-ZUTARNEX_TARGET_AVX512 inline unsigned short* storeUnits(const Halves& halves, std::uint64_t counted,
+ZUTARNEX_TARGET_AVX512 inline unsigned short* storeUnits(const Halves& halves, __mmask64 counted,
                                                          unsigned short* out) noexcept {
     const __m512i low = _mm512_maskz_compress_epi8(counted, halves.low);
     const __m512i high = _mm512_maskz_compress_epi8(counted, halves.high);
@@ -460,7 +463,7 @@ ZUTARNEX_TARGET_AVX512 inline unsigned short* storeUnits(const Halves& halves, s
         _mm512_or_si512(_mm512_cvtepu8_epi16(_mm512_castsi512_si256(numbersFrom(0))),
                         _mm512_slli_epi16(_mm512_cvtepu8_epi16(_mm512_castsi512_si256(numbersFrom(64))), 8));
     const __m512i further = _mm512_add_epi8(order, _mm512_set1_epi8(32));
-    const int count = __builtin_popcountll(counted);
+    const unsigned int count = countOf(counted);
     _mm512_storeu_si512(out, _mm512_permutex2var_epi8(low, order, high));
     if (count > 32)
         _mm512_storeu_si512(out + 32, _mm512_permutex2var_epi8(low, further, high));
@@ -472,7 +475,7 @@ ZUTARNEX_TARGET_AVX512 unsigned short* convertAvx512(Bytes text, Bytes end, unsi
     constexpr std::ptrdiff_t kNeeded = 64 + 3 * 64;
     while (end - text >= kNeeded) {
         const __m512i bytes = _mm512_loadu_si512(text);
-        if (_mm512_movepi8_mask(bytes) == 0) {
+        if (!hasAny(bytes, 0x80)) {
             _mm512_storeu_si512(out, _mm512_cvtepu8_epi16(_mm512_castsi512_si256(bytes)));
             _mm512_storeu_si512(out + 32, _mm512_cvtepu8_epi16(_mm512_extracti64x4_epi64(bytes, 1)));
             text += 64;
@@ -480,20 +483,20 @@ ZUTARNEX_TARGET_AVX512 unsigned short* convertAvx512(Bytes text, Bytes end, unsi
             continue;
         }
         const Block block = blockAt(text, bytes);
-        const __mmask64 trails = _mm512_cmplt_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xC0)));
-        if ((trails & 1) != 0 || !isWellFormed(block)) {
+        if (isTrail(*text) || !isWellFormed(block)) {
             for (const Bytes stop = text + 64; text < stop;)
                 out = appendUtf16(nextOfUtf8(text, end), out);
             continue;
         }
         const unsigned int byteCount = wholeCharacters(text);
-        const std::uint64_t whole = ~std::uint64_t{0} >> (64 - byteCount);
-        std::uint64_t counted = ~trails & whole;
+        const __mmask64 whole = firstBytes(byteCount);
+        __mmask64 counted = startsAmong(whole, bytes);
         Halves halves = halvesOf(block);
-        const __mmask64 of4 = from(bytes, 0xF0);
-        if (of4 != 0) {
-            addSurrogates(block, of4 & whole, halves);
-            counted |= (of4 & whole) << 1;
+        const __mmask64 of4 = fromAmong(whole, bytes, 0xF0);
+        if (!isEmpty(of4)) {
+            const __mmask64 seconds = _kshiftli_mask64(of4, 1);
+            addSurrogates(block, of4, seconds, halves);
+            counted = _kor_mask64(counted, seconds);
         }
         out = storeUnits(halves, counted, out);
         text += byteCount;

@@ -1,8 +1,9 @@
 // A group is three bytes on one side and four characters on the other. Whole groups go from range to range through the
-// two loops below; group_ gathers those that the ranges cut, pending_ keeps what a full output did not take. At most
-// one of the two holds something between two calls.
+// kernels; group_ gathers those that the ranges cut, pending_ keeps what a full output did not take. At most one of the
+// two holds something between two calls.
 #include "xml/codec/Base64BinaryCodec.h"
 
+#include "runtime/kernels/Base64Internal.h"
 #include "xml/codec/CodecRangesInternal.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::size_t kGroupBytes = 3;
 constexpr std::size_t kGroupCharacters = 4;
-constexpr unsigned int kGroupsInLine = 19;
+constexpr unsigned int kGroupsInLine = Runtime::Kernels::kBase64GroupsInLine;
 constexpr unsigned char kTextEnded = 5; // as groupCount_: a padded group was decoded
 constexpr unsigned char kPadding = '=';
 constexpr unsigned char kNoValue = 255;
@@ -31,37 +32,16 @@ bool isWhiteSpace(unsigned char character) noexcept {
     return std::isspace(character) != 0;
 }
 
-/// Encodes `groupCount` whole groups.
-void encodeGroups(const unsigned char* in, unsigned char* out, std::size_t groupCount) noexcept {
-    const char* const alphabet = Base64BinaryCodec::Base64BinaryCodecAlphabet;
-    for (; groupCount != 0; --groupCount, in += kGroupBytes, out += kGroupCharacters) {
-        const unsigned int bits =
-            static_cast<unsigned int>(in[0]) << 16 | static_cast<unsigned int>(in[1]) << 8 | in[2];
-        out[0] = static_cast<unsigned char>(alphabet[bits >> 18]);
-        out[1] = static_cast<unsigned char>(alphabet[bits >> 12 & 63]);
-        out[2] = static_cast<unsigned char>(alphabet[bits >> 6 & 63]);
-        out[3] = static_cast<unsigned char>(alphabet[bits & 63]);
+/// The characters that are no white space in the current locale.
+std::size_t significantCharacters(const unsigned char* text, std::size_t length) noexcept {
+    std::size_t count = 0;
+    for (const unsigned char* const end = text + length; text != end; ++text) {
+        count += Runtime::Kernels::countVisible(text, end);
+        if (text == end)
+            break;
+        count += isWhiteSpace(*text) ? 0 : 1;
     }
-}
-
-/// Decodes up to `groupCount` groups and stops at the first that is not four characters of the alphabet in a row.
-/// Returns how many were decoded.
-std::size_t decodeGroups(const unsigned char* in, unsigned char* out, std::size_t groupCount) noexcept {
-    for (std::size_t done = 0; done != groupCount; ++done, in += kGroupCharacters, out += kGroupBytes) {
-        const unsigned int first = valueOf(in[0]), second = valueOf(in[1]), third = valueOf(in[2]),
-                           fourth = valueOf(in[3]);
-        if ((first | second | third | fourth) > 63)
-            return done;
-        out[0] = static_cast<unsigned char>(first << 2 | second >> 4);
-        out[1] = static_cast<unsigned char>(second << 4 | third >> 2);
-        out[2] = static_cast<unsigned char>(third << 6 | fourth);
-    }
-    return groupCount;
-}
-
-unsigned int significantCharacters(const unsigned char* text, unsigned int length) noexcept {
-    return static_cast<unsigned int>(
-        std::count_if(text, text + length, [](unsigned char c) { return !isWhiteSpace(c); }));
+    return count;
 }
 
 } // namespace
@@ -120,11 +100,20 @@ cteErrorCode Base64BinaryCodec::Stream::encode(bool isFinal) noexcept {
     return hasPending(codec) || ranges.left() != 0 ? cteOutputFull : cteNoError;
 }
 
-/// As far as the ranges go, but not beyond the line.
+/// As far as the ranges go: whole lines, or up to the end of one.
 void Base64BinaryCodec::Stream::encodeWholeGroups() noexcept {
+    constexpr std::size_t kLineBytes = kGroupsInLine * kGroupBytes;
+    constexpr std::size_t kLineCharacters = kGroupsInLine * kGroupCharacters + 1;
+    const std::size_t lines = std::min(ranges.left() / kLineBytes, ranges.room() / kLineCharacters);
+    if (codec.groupsInLine_ == 0 && lines != 0) {
+        Runtime::Kernels::encodeBase64Lines(ranges.in, lines, ranges.out);
+        ranges.in += lines * kLineBytes;
+        ranges.out += lines * kLineCharacters;
+        return;
+    }
     const std::size_t count = std::min({ranges.left() / kGroupBytes, ranges.room() / kGroupCharacters,
                                         std::size_t{kGroupsInLine - codec.groupsInLine_}});
-    encodeGroups(ranges.in, ranges.out, count);
+    Runtime::Kernels::encodeBase64(ranges.in, count, ranges.out);
     ranges.in += count * kGroupBytes;
     ranges.out += count * kGroupCharacters;
     countGroups(static_cast<unsigned int>(count));
@@ -141,7 +130,7 @@ bool Base64BinaryCodec::Stream::gatherBytes(bool isFinal) noexcept {
 void Base64BinaryCodec::Stream::encodeGatheredGroup() noexcept {
     const std::size_t byteCount = codec.groupCount_;
     std::fill(codec.group_ + byteCount, codec.group_ + kGroupBytes, static_cast<unsigned char>(0));
-    encodeGroups(codec.group_, codec.pending_, 1);
+    Runtime::Kernels::encodeBase64(codec.group_, 1, codec.pending_);
     std::fill(codec.pending_ + byteCount + 1, codec.pending_ + kGroupCharacters, kPadding);
     codec.pendingCount_ = kGroupCharacters;
     codec.groupCount_ = 0;
@@ -178,11 +167,10 @@ cteErrorCode Base64BinaryCodec::Stream::decode(bool isFinal) noexcept {
     return isFinal && isInsideGroup(codec) ? cteIncompleteInput : cteNoError;
 }
 
-/// As far as the ranges and an unbroken row of alphabet characters go; false when that is no group at all.
+/// As far as the ranges and groups of alphabet characters go; false when there is none.
 bool Base64BinaryCodec::Stream::decodeWholeGroups() noexcept {
-    const std::size_t fitting = std::min(ranges.left() / kGroupCharacters, ranges.room() / kGroupBytes);
-    const std::size_t count = decodeGroups(ranges.in, ranges.out, fitting);
-    ranges.in += count * kGroupCharacters;
+    const std::size_t count =
+        Runtime::Kernels::decodeBase64(ranges.in, ranges.inEnd, ranges.room() / kGroupBytes, ranges.out);
     ranges.out += count * kGroupBytes;
     return count != 0;
 }
@@ -289,12 +277,13 @@ unsigned char* Base64BinaryCodec::decode(const unsigned char* text, unsigned int
                                          unsigned int* outLength, cteErrorCode* err) {
     if (err == nullptr)
         return nullptr;
-    if (text == nullptr || outLength == nullptr || length == 0
-        || significantCharacters(text, length) % kGroupCharacters != 0) {
+    const bool areUsable = text != nullptr && outLength != nullptr && length != 0;
+    const std::uint64_t characters = areUsable ? significantCharacters(text, length) : 0;
+    if (!areUsable || characters % kGroupCharacters != 0) {
         *err = cteInvalidArguments;
         return nullptr;
     }
-    const std::uint64_t groups = significantCharacters(text, length) / kGroupCharacters;
+    const std::uint64_t groups = characters / kGroupCharacters;
     Base64BinaryCodec codec;
     return convertAtOnce(text, length, groups * kGroupBytes + 1, outLength, err,
                          [&](auto out, auto outEnd, auto in, auto inEnd, cteErrorCode* found) {

@@ -1,7 +1,8 @@
-// Everything goes through pending_, 128 characters or bytes at a time: input is converted ahead of the output, so far
-// as there is any.
+// Portions of 128 characters or bytes, so far as there is input: straight into the output as long as that has room for a
+// whole one; the last goes through pending_, ahead of the output.
 #include "xml/codec/HexBinaryCodec.h"
 
+#include "runtime/kernels/HexInternal.h"
 #include "xml/codec/CodecRangesInternal.h"
 
 #include <algorithm>
@@ -13,6 +14,7 @@ const char HexBinaryCodec::hexAlphabet[17] = "0123456789ABCDEF";
 
 namespace {
 
+constexpr std::size_t kPortion = 128;
 constexpr unsigned char kNoDigit = 255;
 
 /// The value of each upper-case digit, kNoDigit for every other byte.
@@ -34,6 +36,8 @@ bool isWhiteSpace(unsigned char character) noexcept {
 
 /// A codec together with the ranges of one call.
 struct HexBinaryCodec::Stream {
+    static_assert(sizeof pending_ == kPortion);
+
     static bool hasPending(const HexBinaryCodec& codec) noexcept {
         return codec.pendingIndex_ != codec.pendingCount_;
     }
@@ -42,10 +46,12 @@ struct HexBinaryCodec::Stream {
     }
 
     cteErrorCode encode() noexcept;
+    void encodeWholePortions() noexcept;
     void fillWithCharacters() noexcept;
 
     cteErrorCode decode(bool isFinal) noexcept;
-    bool fillWithBytes() noexcept;
+    bool decodeInto(unsigned char* out, std::size_t limit, std::size_t& count) noexcept;
+    bool gatherPair(bool& isValid) noexcept;
 
     HexBinaryCodec& codec;
     CodecRanges ranges;
@@ -55,6 +61,7 @@ struct HexBinaryCodec::Stream {
 
 cteErrorCode HexBinaryCodec::Stream::encode() noexcept {
     deliverPending();
+    encodeWholePortions();
     while (ranges.room() != 0 && ranges.left() != 0) {
         fillWithCharacters();
         deliverPending();
@@ -62,24 +69,33 @@ cteErrorCode HexBinaryCodec::Stream::encode() noexcept {
     return hasPending(codec) || ranges.left() != 0 ? cteOutputFull : cteNoError;
 }
 
+/// Leaves what is no whole portion to fillWithCharacters().
+void HexBinaryCodec::Stream::encodeWholePortions() noexcept {
+    const std::size_t portions = std::min(ranges.left() / (kPortion / 2), ranges.room() / kPortion);
+    const std::size_t count = portions * (kPortion / 2);
+    Runtime::Kernels::encodeHex(ranges.in, count, ranges.out);
+    ranges.in += count;
+    ranges.out += count * 2;
+}
+
 /// Fills pending_, which is empty, as far as the input goes.
 void HexBinaryCodec::Stream::fillWithCharacters() noexcept {
-    const std::size_t count = std::min(ranges.left(), sizeof codec.pending_ / 2);
-    unsigned char* out = codec.pending_;
-    for (const unsigned char* const end = ranges.in + count; ranges.in != end; ++ranges.in) {
-        *out++ = static_cast<unsigned char>(hexAlphabet[*ranges.in >> 4]);
-        *out++ = static_cast<unsigned char>(hexAlphabet[*ranges.in & 15]);
-    }
+    const std::size_t count = std::min(ranges.left(), kPortion / 2);
+    Runtime::Kernels::encodeHex(ranges.in, count, codec.pending_);
+    ranges.in += count;
     codec.pendingCount_ = static_cast<unsigned char>(count * 2);
 }
 
 // Decoding
 
 cteErrorCode HexBinaryCodec::Stream::decode(bool isFinal) noexcept {
-    bool isValid = true;
     deliverPending();
-    while (isValid && ranges.room() != 0 && ranges.left() != 0) {
-        isValid = fillWithBytes();
+    std::size_t count;
+    bool isValid = decodeInto(ranges.out, ranges.room() / kPortion * kPortion, count);
+    ranges.out += count;
+    if (isValid && ranges.room() != 0 && ranges.left() != 0) {
+        isValid = decodeInto(codec.pending_, kPortion, count);
+        codec.pendingCount_ = static_cast<unsigned char>(count);
         deliverPending();
     }
     if (hasPending(codec)) // also before a fault, which the next call meets again
@@ -91,23 +107,38 @@ cteErrorCode HexBinaryCodec::Stream::decode(bool isFinal) noexcept {
     return isFinal && codec.digitCount_ != 0 ? cteIncompleteInput : cteNoError;
 }
 
-/// Fills pending_, which is empty, as far as the input goes. False when it stops at an invalid byte.
-bool HexBinaryCodec::Stream::fillWithBytes() noexcept {
-    for (; codec.pendingCount_ != sizeof codec.pending_ && ranges.left() != 0; ++ranges.in) {
+/// Decodes up to `limit` bytes, as far as the input goes. False when it stops at an invalid byte.
+bool HexBinaryCodec::Stream::decodeInto(unsigned char* out, std::size_t limit, std::size_t& count) noexcept {
+    bool isValid = true;
+    count = 0;
+    while (count != limit) {
+        if (codec.digitCount_ == 0)
+            count += Runtime::Kernels::decodeHex(ranges.in, ranges.inEnd, limit - count, out + count);
+        if (count == limit || !gatherPair(isValid))
+            break;
+        out[count++] = static_cast<unsigned char>(codec.digits_[0] << 4 | codec.digits_[1]);
+        codec.digitCount_ = 0;
+    }
+    return isValid;
+}
+
+/// False when the input is used up or invalid before there is a pair.
+bool HexBinaryCodec::Stream::gatherPair(bool& isValid) noexcept {
+    for (; ranges.left() != 0; ++ranges.in) {
         const unsigned char digit = kDigits[*ranges.in];
         if (digit == kNoDigit) {
-            if (isWhiteSpace(*ranges.in))
-                continue;
-            return false;
+            isValid = isWhiteSpace(*ranges.in);
+            if (!isValid)
+                return false;
+            continue;
         }
         codec.digits_[codec.digitCount_++] = digit;
         if (codec.digitCount_ == 2) {
-            codec.pending_[codec.pendingCount_++] =
-                static_cast<unsigned char>(codec.digits_[0] << 4 | codec.digits_[1]);
-            codec.digitCount_ = 0;
+            ++ranges.in;
+            return true;
         }
     }
-    return true;
+    return false;
 }
 
 // The codec

@@ -159,11 +159,12 @@ std::string randomInput(std::mt19937& random) {
 
 /// Calls with random pieces and random room, on after errors, too.
 template <class Direction>
-AssertionResult agreeInRandomCalls(const std::string& input, std::mt19937& random) {
+AssertionResult agreeInRandomCalls(const std::string& input, std::mt19937& random, std::size_t maxPiece = 40,
+                                   std::size_t maxRoom = 60) {
     Direction library;
     typename Direction::ModelType model;
     std::string_view rest = input;
-    const std::size_t longestPiece = 1 + random() % 40, mostRoom = 1 + random() % 60;
+    const std::size_t longestPiece = 1 + random() % maxPiece, mostRoom = 1 + random() % maxRoom;
     for (int calls = 0; calls < 60; ++calls) {
         const std::string_view piece = rest.substr(0, random() % (longestPiece + 1));
         const std::size_t room = random() % 30 == 0 ? 0 : 1 + random() % mostRoom;
@@ -188,6 +189,27 @@ TYPED_TEST(CodecModelTest, AgreesOnRandomInputs) {
         const std::string input = randomInput<TypeParam>(random);
         ASSERT_TRUE(agreeAtOnce<TypeParam>(input)) << "input " << i;
         ASSERT_TRUE(agreeInRandomCalls<TypeParam>(input, random)) << "input " << i << ": " << escaped(input);
+    }
+}
+
+/// Long enough for what works on whole blocks, with seldom anything else among what the direction takes.
+template <class Direction>
+std::string randomLongInput(std::mt19937& random) {
+    std::string input(random() % 6000, '\0');
+    const std::size_t line = 1 + random() % 100;
+    for (std::size_t i = 0; i < input.size(); ++i)
+        input[i] = i % line == 0 ? '\n' : Direction::likely[random() % (Direction::likely.size() - 1)];
+    for (std::size_t strangers = random() % 3; strangers != 0 && !input.empty(); --strangers)
+        input[random() % input.size()] = static_cast<char>(random());
+    return input;
+}
+
+TYPED_TEST(CodecModelTest, AgreesOnLongRandomInputs) {
+    std::mt19937 random(20240608);
+    for (int i = 0; i < 4000; ++i) {
+        const std::string input = randomLongInput<TypeParam>(random);
+        ASSERT_TRUE(agreeAtOnce<TypeParam>(input)) << "input " << i;
+        ASSERT_TRUE(agreeInRandomCalls<TypeParam>(input, random, 3000, 4000)) << "input " << i;
     }
 }
 
