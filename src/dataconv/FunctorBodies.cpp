@@ -1,6 +1,7 @@
 #include "dataconv/FunctorBodiesInternal.h"
 
 #include "runtime/CStringInternal.h"
+#include "runtime/NumberPrintInternal.h"
 #include "system/OutOfMemoryException.h"
 
 #include <cstddef>
@@ -9,14 +10,11 @@ namespace Quillon::DataConv {
 
 namespace {
 
-/// The longest text is that of a double, "-1.797693134862316e+308"; a locale's decimal point may take several bytes.
-constexpr std::size_t kTextCapacity = 64;
-
 template <class Value>
-char* formatted(const char* format, Value value) {
-    char text[kTextCapacity];
-    Runtime::printBounded(text, sizeof text, format, value);
-    char* copy = Runtime::duplicate(text);
+char* newText(Value value) {
+    Runtime::NumberBuffer text;
+    const std::size_t length = Runtime::printNumber(text, value);
+    char* copy = Runtime::duplicate(text, length);
     if (copy == nullptr)
         System::OutOfMemoryException::doThrow();
     return copy;
@@ -25,35 +23,35 @@ char* formatted(const char* format, Value value) {
 } // namespace
 
 char* printed(int value) {
-    return formatted("%d", value);
+    return newText(value);
 }
 
 char* printed(unsigned int value) {
-    return formatted("%u", value);
+    return newText(value);
 }
 
 char* printed(long value) {
-    return formatted("%ld", value);
+    return newText(value);
 }
 
 char* printed(unsigned long value) {
-    return formatted("%lu", value);
+    return newText(value);
 }
 
 char* printed(long long value) {
-    return formatted("%lld", value);
+    return newText(value);
 }
 
 char* printed(unsigned long long value) {
-    return formatted("%llu", value);
+    return newText(value);
 }
 
 char* printed(float value) {
-    return formatted("%.8g", static_cast<double>(value));
+    return newText(value);
 }
 
 char* printed(double value) {
-    return formatted("%.16g", value);
+    return newText(value);
 }
 
 } // namespace Quillon::DataConv

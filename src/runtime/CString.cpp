@@ -21,12 +21,15 @@ std::size_t unitCountOf(const unsigned short* text) noexcept {
 }
 
 char* duplicate(const char* text) noexcept {
-    if (!text)
-        return nullptr;
-    const std::size_t room = std::strlen(text) + 1;
-    char* copy = static_cast<char*>(hostServices().allocate(room));
-    if (copy)
-        std::memcpy(copy, text, room);
+    return text ? duplicate(text, std::strlen(text)) : nullptr;
+}
+
+char* duplicate(const char* text, std::size_t length) noexcept {
+    char* copy = static_cast<char*>(hostServices().allocate(length + 1));
+    if (copy) {
+        std::memcpy(copy, text, length);
+        copy[length] = 0;
+    }
     return copy;
 }
 

@@ -11,6 +11,8 @@ std::size_t lengthOf(const char* text) noexcept;
 
 /// A copy from the host's allocator, or null when `text` is null or memory has run out.
 char* duplicate(const char* text) noexcept;
+/// A terminated copy of `length` bytes.
+char* duplicate(const char* text, std::size_t length) noexcept;
 
 /// Copies at most `capacity` - 1 bytes and always terminates. False when `text` did not fit.
 bool copyBounded(char* target, std::size_t capacity, const char* text) noexcept;

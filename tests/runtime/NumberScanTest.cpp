@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -166,6 +167,35 @@ TEST_F(NumberScanTest, FloatingPointIsReadAsTheCLibraryDoes) {
     expectNone<double>("abc", NumberScan::NoNumber);
     expectNone<double>(".", NumberScan::NoNumber);
     expectNone<double>(" ", NumberScan::Nothing);
+}
+
+/// Rounded to 64 bits first, these would lie half-way between two doubles.
+TEST_F(NumberScanTest, ProductsAreRoundedOnce) {
+    for (const char* text : {"66209385e18", "18488530e18", "36459e22", "00000000000000000000066209385e18"}) {
+        double expected = 0;
+        ASSERT_EQ(1, std::sscanf(text, "%lg", &expected));
+        expectNumber<double>(text, expected);
+    }
+}
+
+/// What no arithmetic of powers of ten is exact enough for.
+TEST_F(NumberScanTest, NumbersHalfwayBetweenTwoAreRoundedToTheEvenOne) {
+    expectNumber<double>("9007199254740993", 9007199254740992);
+    expectNumber<double>("9007199254740993.0000000000000000000000000001", 9007199254740994);
+    expectNumber<double>("9007199254740995", 9007199254740996);
+    expectNumber<double>("90071992547409930e-1", 9007199254740992);
+    expectNumber<double>("-9007199254740993e0", -9007199254740992);
+}
+
+TEST_F(NumberScanTest, LongTextsAreReadToTheirEnd) {
+    const std::string zeros(1'000'000, '0');
+    EXPECT_EQ(1.5, scanned<double>((zeros + "1.5" + zeros).c_str()).value);
+    EXPECT_EQ(0.25, scanned<double>(("0." + zeros + "25e1000000").c_str()).value);
+    EXPECT_EQ(2.5, scanned<double>(("0." + zeros + "25e+1000001x").c_str()).value);
+    EXPECT_EQ(1, scanned<double>(("1" + zeros + "e-1000000").c_str()).value);
+    EXPECT_EQ(42, scanned<int>((zeros + "42").c_str()).value);
+    EXPECT_EQ(std::numeric_limits<unsigned long long>::max(),
+              scanned<unsigned long long>((zeros + "42" + zeros).c_str()).value);
 }
 
 } // namespace
