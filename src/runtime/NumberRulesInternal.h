@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <fpu_control.h>
 #include <langinfo.h>
-#include <xmmintrin.h>
 
 namespace Quillon::Runtime {
 
@@ -19,10 +18,11 @@ inline const char* decimalPoint() noexcept {
 /// Whether the processor rounds as it does unless told otherwise: to the nearest, which the C library sees in the x87
 /// control word on both platforms, and which double follows in that of SSE; and long double to all of its 64 bits.
 inline bool roundsAsUsual() noexcept {
+    constexpr unsigned int kSseRoundingBits = 0x6000; // none of them: to the nearest
     fpu_control_t control;
     _FPU_GETCW(control);
     return (control & (_FPU_RC_ZERO | _FPU_EXTENDED)) == (_FPU_RC_NEAREST | _FPU_EXTENDED)
-           && _MM_GET_ROUNDING_MODE() == _MM_ROUND_NEAREST;
+           && (__builtin_ia32_stmxcsr() & kSseRoundingBits) == 0;
 }
 
 } // namespace Quillon::Runtime

@@ -83,10 +83,15 @@ struct Decimal {
 constexpr int kMaximumDigits = std::numeric_limits<std::uint64_t>::digits10;
 
 const char* readDigits(const char* at, Decimal& number) noexcept {
-    for (; isDigit(*at); ++at) {
-        number.significand = number.significand * 10 + static_cast<unsigned int>(*at - '0');
-        number.digitCount += number.digitCount != 0 || *at != '0';
-    }
+    if (number.digitCount == 0)
+        while (*at == '0')
+            ++at;
+    const char* const first = at;
+    std::uint64_t significand = number.significand;
+    for (; isDigit(*at); ++at)
+        significand = significand * 10 + static_cast<unsigned int>(*at - '0');
+    number.significand = significand;
+    number.digitCount += at - first;
     return at;
 }
 
