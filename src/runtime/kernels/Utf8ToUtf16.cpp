@@ -75,10 +75,18 @@ struct WellFormed {
     return {last, lastOf4 & before, byteCount, wrong != 0};
 }
 
+/// By the book: SSE2 has no instruction for it, and the compiler would call its own library.
+[[gnu::always_inline]] inline std::size_t bitCount(std::uint64_t bits) noexcept {
+    bits -= bits >> 1 & 0x5555555555555555;
+    bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
+    bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F;
+    return static_cast<std::size_t>(bits * 0x0101010101010101 >> 56);
+}
+
 [[gnu::always_inline]] inline void countPart(const WellFormed& part, Lengths& lengths) noexcept {
-    const auto characters = static_cast<std::size_t>(__builtin_popcountll(part.last));
+    const std::size_t characters = bitCount(part.last);
     lengths.characters += characters;
-    lengths.units += characters + static_cast<std::size_t>(__builtin_popcountll(part.lastOf4));
+    lengths.units += characters + bitCount(part.lastOf4);
 }
 
 /// Adds what a block of 64 bytes holds and moves behind it, or behind the ill-formed part that ends it.
