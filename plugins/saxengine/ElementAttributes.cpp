@@ -4,7 +4,7 @@
 #include "xml/ArrayIndexOutOfBoundsException.h"
 #include "xml/IllegalArgumentException.h"
 #include "xml/Utf16LiteralInternal.h"
-#include "xml/XmlStringInternal.h"
+#include "xml/XmlStringRefillInternal.h"
 
 #include <algorithm>
 #include <bit>
@@ -48,7 +48,7 @@ const XmlString& ElementAttributes::value(unsigned int index) const {
     const XML_Char* units = slots_[index].value;
     value.element = 0;
     const bool isRefilled =
-        Xml::XmlStringInternal::isSoleOwner(value.text) && Xml::XmlStringInternal::refill(value.text, units);
+        Xml::XmlStringRefill::isSoleOwner(value.text) && Xml::XmlStringRefill::refill(value.text, units);
     if (!isRefilled)
         makeValue(value.text, units);
     value.element = element_;
@@ -63,7 +63,7 @@ void ElementAttributes::makeValue(XmlString& text, const XML_Char* units) const 
         text.create(0, units, span.size);
     } else {
         text.create(0, kRoom, std::max(16u, std::bit_ceil(span.size + 1)) - 1);
-        Xml::XmlStringInternal::refill(text, units);
+        Xml::XmlStringRefill::refill(text, units);
     }
 }
 

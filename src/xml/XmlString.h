@@ -107,7 +107,7 @@ public:
     static void operator delete[](void* block, void* place) noexcept;
 
 private:
-    friend struct XmlStringInternal;
+    friend struct XmlStringRefill;
 
     void copyIntoBuffer(const XmlString& other) noexcept;
     void share(const XmlString& other) noexcept;

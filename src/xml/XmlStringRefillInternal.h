@@ -1,5 +1,5 @@
-#ifndef ZUTARNEX_XML_XMLSTRINGINTERNAL_H
-#define ZUTARNEX_XML_XMLSTRINGINTERNAL_H
+#ifndef ZUTARNEX_XML_XMLSTRINGREFILLINTERNAL_H
+#define ZUTARNEX_XML_XMLSTRINGREFILLINTERNAL_H
 
 #include "xml/XmlString.h"
 
@@ -9,7 +9,7 @@
 namespace Quillon::Xml {
 
 /// What a producer of many short-lived strings does beyond the operations of XmlString.
-struct XmlStringInternal {
+struct XmlStringRefill {
     /// Whether `string` owns its block and is the only one that holds it: then nobody sees its units change.
     static bool isSoleOwner(const XmlString& string) noexcept {
         return string.flags_ == Valid
