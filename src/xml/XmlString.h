@@ -107,6 +107,7 @@ public:
     static void operator delete[](void* block, void* place) noexcept;
 
 private:
+    friend struct XmlStringReading;
     friend struct XmlStringRefill;
 
     void copyIntoBuffer(const XmlString& other) noexcept;

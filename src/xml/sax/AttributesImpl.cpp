@@ -4,6 +4,7 @@
 #include "system/OutOfMemoryException.h"
 #include "xml/ArrayIndexOutOfBoundsException.h"
 #include "xml/Utf16LiteralInternal.h"
+#include "xml/sax/AttributesReadingInternal.h"
 
 #include <limits>
 #include <new>
@@ -15,7 +16,9 @@ namespace {
 
 constexpr Utf16Literal kNoAttributeAtIndex(u"No attribute at index:");
 
-enum Field : unsigned int { kUri, kLocalName, kQName, kType, kValue, kFieldCount };
+constexpr unsigned int kUri = AttributesReading::Uri, kLocalName = AttributesReading::LocalName,
+                       kQName = AttributesReading::QName, kType = AttributesReading::Type,
+                       kValue = AttributesReading::Value, kFieldCount = AttributesReading::FieldCount;
 
 constexpr std::uint64_t kFirstCapacity = 25;
 

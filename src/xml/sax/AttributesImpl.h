@@ -80,6 +80,7 @@ protected:
     void swap(AttributesImpl& other) noexcept;
 
 private:
+    friend class AttributesReading;
     class Array;
 
     XmlString& slot(unsigned int index, unsigned int field) const noexcept;

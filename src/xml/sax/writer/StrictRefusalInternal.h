@@ -1,24 +1,15 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
 
-#include "xml/XmlString.h"
+#include "xml/XmlStringInternal.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <span>
 #include <vector>
 
 namespace Quillon::Xml::Sax {
 
 class Locator;
-
-using Units = std::span<const unsigned short>;
-
-/// The units of a string; none for a null one, whatever its size says.
-inline Units unitsOf(const XmlString& string) noexcept {
-    const unsigned short* data = string.data();
-    return data ? Units(data, string.size()) : Units();
-}
 
 using OwnedUnits = std::vector<unsigned short>;
 

@@ -1,23 +1,17 @@
 #include "xml/sax/writer/XmlWriter.h"
 
-#include "runtime/CStringInternal.h"
-#include "runtime/HostServices.h"
 #include "runtime/ThrowGuardInternal.h"
-#include "runtime/Transcoding.h"
-#include "system/OutOfMemoryException.h"
 #include "xml/IllegalArgumentException.h"
 #include "xml/Utf16LiteralInternal.h"
-#include "xml/XmlFragments.h"
 #include "xml/sax/Attributes.h"
-#include "xml/sax/IllegalCharacterException.h"
+#include "xml/sax/AttributesReadingInternal.h"
 #include "xml/sax/LocatorImpl.h"
 #include "xml/sax/SaxException.h"
-#include "xml/sax/SaxNotSupportedException.h"
-#include "xml/sax/writer/SaxMessageInternal.h"
+#include "xml/sax/writer/EscapingInternal.h"
+#include "xml/sax/writer/EventOutputInternal.h"
 
 #include <cstring>
 #include <iostream>
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -34,49 +28,13 @@ constexpr std::uint16_t kBeyondIso88591 = 0xFF00;
 constexpr Utf16Literal kEndOfLine(u"\n");
 constexpr Utf16Literal kCanonicalEndOfLine(u"\n");
 
-constexpr Utf16Literal kQuot(u"quot");
-constexpr Utf16Literal kAmp(u"amp");
-constexpr Utf16Literal kApos(u"apos");
-constexpr Utf16Literal kLt(u"lt");
-constexpr Utf16Literal kGt(u"gt");
-
-constexpr Utf16Literal kStartDoctype(u"<!DOCTYPE ");
-constexpr Utf16Literal kEndDoctype(u"]>");
-constexpr Utf16Literal kStartElementDecl(u"<!ELEMENT ");
-constexpr Utf16Literal kStartAttlist(u"<!ATTLIST ");
-constexpr Utf16Literal kStartNotation(u"<!NOTATION ");
-constexpr Utf16Literal kPublicQuote(u"PUBLIC \"");
-constexpr Utf16Literal kSystemQuote(u"SYSTEM \"");
-constexpr Utf16Literal kSystem(u"SYSTEM ");
-constexpr Utf16Literal kSpaceSystem(u" SYSTEM ");
-constexpr Utf16Literal kNdata(u" NDATA ");
-constexpr Utf16Literal kStartComment(u"<!--");
-constexpr Utf16Literal kEndComment(u"-->");
-constexpr Utf16Literal kStartCData(u"<![CDATA[");
-constexpr Utf16Literal kEndCData(u"]]>");
-
 constexpr Utf16Literal kNoXmlName(u"no XML name");
 constexpr Utf16Literal kUnknownContext(u"unknown escape context");
 constexpr Utf16Literal kNoCharacters(u"characters expected at a null pointer");
-constexpr Utf16Literal kEncoding(u"Encoding: ");
-
-struct HostRelease {
-    void operator()(char* text) const noexcept { Runtime::release(text); }
-};
-using HostText = std::unique_ptr<char[], HostRelease>;
 
 template <std::size_t N>
 XmlString viewOn(const Utf16Literal<N>& literal) {
     return XmlString(Immutable | Borrowed, literal.units, N - 1);
-}
-
-template <std::size_t N>
-void put(XmlWriter& writer, const Utf16Literal<N>& literal) {
-    writer.rawWrite(literal.units, 0, N - 1);
-}
-
-void put(XmlWriter& writer, const unsigned short* fragment) {
-    writer.rawWrite(XmlString(Immutable | Borrowed, fragment));
 }
 
 /// The narrow throw declaration of the events.
@@ -85,9 +43,10 @@ void asEvent(Body&& body) {
     Runtime::letEscapeOnly<SaxException>(std::forward<Body>(body));
 }
 
-/// A string whose storage was dropped keeps its size but has no units.
-unsigned int unitCountOf(const XmlString& s) {
-    return s.data() == nullptr ? 0 : s.size();
+/// The same for an event that writes.
+template <class Body>
+void asEvent(const XmlWriter& writer, Body&& body) {
+    asEvent([&] { writing(writer, body); });
 }
 
 LocatorImpl* makeEmptyLocator(void* place) {
@@ -106,167 +65,128 @@ LocatorImpl& ownLocator() {
     return *locator;
 }
 
-/// The first of the `length` units from `ch` + `start`. An array may be missing only where nothing is to be read.
-const unsigned short* firstUnit(const unsigned short* ch, unsigned int start, unsigned int length) {
+/// The `length` units from `ch` + `start`. An array may be missing only where nothing is to be read.
+Units unitsAt(const unsigned short* ch, unsigned int start, unsigned int length) {
     static constexpr unsigned short kNone = 0;
     if (ch != nullptr)
-        return ch + start;
+        return Units(ch + start, length);
     if (length != 0)
         throw SaxException(viewOn(kNoCharacters));
-    return &kNone;
+    return Units(&kNone, 0);
 }
 
-[[noreturn]] void throwConversionFailed(const char* encoding) {
-    if (!Runtime::isKnownEncoding(encoding))
-        throw SaxNotSupportedException(prefixed(kEncoding.units, makeString(encoding)));
-    System::OutOfMemoryException::doThrow();
+void putEscaped(EventOutput& out, const unsigned short* ch, unsigned int start, unsigned int length,
+                XmlWriter::EscapeContext context) {
+    if (length != 0)
+        putEscaped(out, unitsAt(ch, start, length), context);
 }
 
-/// What becomes of a unit.
-enum class Decision : unsigned char { Keep, EndLine, Quot, Amp, Apos, Lt, Gt, Drop, Refuse };
-
-struct EscapeRules {
-    XmlWriter::EscapeContext context;
-    std::uint16_t unwritableMask;
-    bool canonical;
-
-    bool escapesQuotes() const {
-        return context == XmlWriter::EntityValue || context == XmlWriter::AttributeValue;
-    }
-    bool escapesMarkup() const {
-        return context == XmlWriter::AttributeValue || context == XmlWriter::CharacterData;
-    }
-};
-
-bool isIllegal(unsigned short c) {
-    return c > 0xFFFD || (c < 0x20 && c != u'\t' && c != u'\r' && c != u'\n');
+void putXmlDeclaration(EventOutput& out, const char* encoding) {
+    out.put("<?xml version=\"1.0\" encoding=\"");
+    if (EventOutput::knows(encoding))
+        out.put(std::string_view(encoding));
+    else
+        out.put(makeString(encoding));
+    out.put('"');
+    out.put("?>");
+    out.put('\n');
 }
 
-Decision decide(unsigned short c, const EscapeRules& rules) {
-    switch (c) {
-    case u'\n':
-        return Decision::EndLine;
-    case u'"':
-        return rules.escapesQuotes() ? Decision::Quot : Decision::Keep;
-    case u'&':
-        return rules.escapesMarkup() ? Decision::Amp : Decision::Keep;
-    case u'\'':
-        return rules.escapesQuotes() && !rules.canonical ? Decision::Apos : Decision::Keep;
-    case u'<':
-        return rules.escapesMarkup() ? Decision::Lt : Decision::Keep;
-    case u'>':
-        return rules.escapesMarkup() ? Decision::Gt : Decision::Keep;
-    default:
-        if (isIllegal(c))
-            return Decision::Refuse;
-        if ((c & rules.unwritableMask) != 0)
-            return rules.context == XmlWriter::UnescapedText ? Decision::Refuse : Decision::Drop;
-        return Decision::Keep;
-    }
+/// Puts `>` and a line end.
+void endDeclaration(EventOutput& out) {
+    out.put('>');
+    out.put('\n');
 }
 
-struct Stop {
-    unsigned int at;
-    Decision decision; ///< Keep at the end of the run
-};
-
-/// The first unit from index `from` that cannot stay as it is.
-Stop nextStop(const unsigned short* units, unsigned int from, unsigned int length, const EscapeRules& rules) {
-    for (unsigned int i = from; i < length; ++i) {
-        const Decision decision = decide(units[i], rules);
-        if (decision != Decision::Keep)
-            return {i, decision};
-    }
-    return {length, Decision::Keep};
+/// Puts `identifier` and the quotation mark behind it.
+void putIdentifierQuote(EventOutput& out, const XmlString& identifier) {
+    out.put(identifier);
+    out.put('"');
 }
 
-/// "&", the name, ";".
-template <std::size_t N>
-void putEntity(XmlWriter& writer, const Utf16Literal<N>& name) {
-    writer.rawWrite(u'&');
-    put(writer, name);
-    writer.rawWrite(u';');
+void putIdentifier(EventOutput& out, const XmlString& identifier) {
+    out.put('"');
+    putIdentifierQuote(out, identifier);
 }
 
-/// Writes what stands for a unit that could not stay.
-void putReplacement(XmlWriter& writer, Decision decision) {
-    switch (decision) {
-    case Decision::EndLine:
-        return writer.newLine();
-    case Decision::Quot:
-        return putEntity(writer, kQuot);
-    case Decision::Amp:
-        return putEntity(writer, kAmp);
-    case Decision::Apos:
-        return putEntity(writer, kApos);
-    case Decision::Lt:
-        return putEntity(writer, kLt);
-    case Decision::Gt:
-        return putEntity(writer, kGt);
-    case Decision::Drop:
-        writer.rawWrite(u'&');
-        return writer.rawWrite(u';');
-    case Decision::Keep:
-    case Decision::Refuse:
-        return;
-    }
+/// Puts a name, setting the `%` of a parameter entity apart.
+void putEntityName(EventOutput& out, const XmlString& name) {
+    const Units units = unitsOf(name);
+    if (units.empty() || units.front() != u'%')
+        return out.put(name);
+    out.put('%');
+    out.put(' ');
+    out.put(units.subspan(1));
 }
 
-void putXmlDeclaration(XmlWriter& writer) {
-    put(writer, uniXMLDeclStringV1Encoding());
-    writer.rawWrite(makeString(writer.getEncoding()));
-    writer.rawWrite(u'"');
-    put(writer, uniEndPI());
-    writer.newLine();
-}
-
-/// Writes `>` and a line end.
-void endDeclaration(XmlWriter& writer) {
-    writer.rawWrite(u'>');
-    writer.newLine();
-}
-
-/// Writes `identifier` and the quotation mark behind it.
-void putIdentifierQuote(XmlWriter& writer, const XmlString& identifier) {
-    writer.rawWrite(identifier);
-    writer.rawWrite(u'"');
-}
-
-void putQuoted(XmlWriter& writer, const XmlString& identifier) {
-    writer.rawWrite(u'"');
-    putIdentifierQuote(writer, identifier);
-}
-
-/// Writes a name, setting the `%` of a parameter entity apart.
-void putEntityName(XmlWriter& writer, const XmlString& name) {
-    if (unitCountOf(name) == 0 || name.data()[0] != u'%')
-        return writer.rawWrite(name);
-    writer.rawWrite(u'%');
-    writer.rawWrite(u' ');
-    writer.rawWrite(name.data(), 1, name.size() - 1);
-}
-
-/// Writes the external identifier of a DOCTYPE and a space, or nothing when there is none.
-void putExternalId(XmlWriter& writer, const XmlString& publicId, const XmlString& systemId) {
+/// Puts the external identifier of a DOCTYPE and a space, or nothing when there is none.
+void putExternalId(EventOutput& out, const XmlString& publicId, const XmlString& systemId) {
     if (!publicId.isNull()) {
-        put(writer, kPublicQuote);
-        putIdentifierQuote(writer, publicId);
-        writer.rawWrite(u' ');
-        putQuoted(writer, systemId);
-        writer.rawWrite(u' ');
+        out.put("PUBLIC \"");
+        putIdentifierQuote(out, publicId);
+        out.put(' ');
+        putIdentifier(out, systemId);
+        out.put(' ');
     } else if (!systemId.isNull()) {
-        put(writer, kSystemQuote);
-        putIdentifierQuote(writer, systemId);
-        writer.rawWrite(u' ');
+        out.put("SYSTEM \"");
+        putIdentifierQuote(out, systemId);
+        out.put(' ');
     }
 }
 
-/// Writes `PUBLIC "p"`, or `SYSTEM ` when there is no public identifier.
-void putPublicIdOrSystem(XmlWriter& writer, const XmlString& publicId) {
+/// Puts `PUBLIC "p"`, or `SYSTEM ` when there is no public identifier.
+void putPublicIdOrSystem(EventOutput& out, const XmlString& publicId) {
     if (publicId.isNull())
-        return put(writer, kSystem);
-    put(writer, kPublicQuote);
-    putIdentifierQuote(writer, publicId);
+        return out.put("SYSTEM ");
+    out.put("PUBLIC \"");
+    putIdentifierQuote(out, publicId);
+}
+
+/// Puts a space, the name of an attribute and `=`.
+void putAttributeName(EventOutput& out, Units name) {
+    if (name.empty())
+        IllegalArgumentException::doThrow(viewOn(kNoXmlName));
+    out.put(' ');
+    out.put(name);
+    out.put('=');
+}
+
+void putAttributes(EventOutput& out, const AttributesImpl& list) {
+    for (unsigned int i = 0; i < AttributesReading::length(list); ++i) {
+        putAttributeName(out, AttributesReading::units(list, i, AttributesReading::QName));
+        putQuoted(out, AttributesReading::units(list, i, AttributesReading::Value),
+                  XmlWriter::AttributeValue);
+    }
+}
+
+/// What a list of somebody else's says. It may look at the stream, write to it, and change the writer.
+template <class Question>
+auto asked(EventOutput& out, Question question) {
+    out.flush();
+    auto answer = question();
+    out.reread();
+    return answer;
+}
+
+void putAttributes(EventOutput& out, const Attributes& list) {
+    for (unsigned int i = 0; i < asked(
+                                 out, [&] { return list.getLength(); });
+         ++i) {
+        const XmlString name = asked(out, [&] { return list.getQName(i); });
+        putAttributeName(out, unitsOf(name));
+        const XmlString value = asked(out, [&] { return list.getValue(i); });
+        putQuoted(out, unitsOf(value), XmlWriter::AttributeValue);
+    }
+}
+
+void putStartTag(EventOutput& out, const XmlString& qName, const Attributes& attributes) {
+    out.put('<');
+    out.put(qName);
+    if (const AttributesImpl* const own = AttributesReading::ownList(attributes))
+        putAttributes(out, *own);
+    else
+        putAttributes(out, attributes);
+    out.put('>');
 }
 
 } // namespace
@@ -341,15 +261,11 @@ void XmlWriter::expandingEntities(bool on) {
 }
 
 void XmlWriter::rawWrite(const unsigned short* ch, unsigned int start, unsigned int length) {
-    const HostText bytes(Runtime::utf16ToEncoding(encoding_, firstUnit(ch, start, length), length));
-    if (!bytes)
-        throwConversionFailed(encoding_);
-    *out_ << bytes.get();
+    writing(*this, [&](EventOutput& out) { out.put(unitsAt(ch, start, length)); });
 }
 
 void XmlWriter::rawWrite(const XmlString& s) {
-    if (s.data() != nullptr)
-        rawWrite(s.data(), 0, s.size());
+    writing(*this, [&](EventOutput& out) { out.put(s); });
 }
 
 void XmlWriter::rawWrite(unsigned short c) {
@@ -370,40 +286,23 @@ void XmlWriter::escapeChars(const unsigned short* ch, unsigned int start, unsign
         return;
     if (context < EntityValue || context > UnescapedText)
         IllegalArgumentException::doThrow(viewOn(kUnknownContext));
-    const EscapeRules rules{context, unwritableMask_, canonical_};
-    const unsigned short* const units = firstUnit(ch, start, length);
-    for (unsigned int run = 0; run < length;) {
-        const Stop stop = nextStop(units, run, length, rules);
-        if (stop.decision == Decision::Refuse)
-            IllegalCharacterException::doThrow(units[stop.at]);
-        if (stop.at != run)
-            rawWrite(units, run, stop.at - run);
-        if (stop.at == length)
-            return;
-        putReplacement(*this, stop.decision);
-        run = stop.at + 1;
-    }
+    writing(*this, [&](EventOutput& out) { putEscaped(out, ch, start, length, context); });
 }
 
 void XmlWriter::writeQuotedValue(const XmlString& value, EscapeContext context) {
-    rawWrite(u'"');
-    escapeChars(value.data(), 0, unitCountOf(value), context);
-    rawWrite(u'"');
+    writing(*this, [&](EventOutput& out) {
+        if (context < EntityValue || context > UnescapedText) {
+            out.put('"');
+            if (!unitsOf(value).empty())
+                IllegalArgumentException::doThrow(viewOn(kUnknownContext));
+            return out.put('"');
+        }
+        putQuoted(out, unitsOf(value), context);
+    });
 }
 
 void XmlWriter::writeStartTag(const XmlString& qName, const Attributes& attributes) {
-    rawWrite(u'<');
-    rawWrite(qName);
-    for (unsigned int i = 0; i < attributes.getLength(); ++i) {
-        const XmlString name = attributes.getQName(i);
-        if (unitCountOf(name) == 0)
-            IllegalArgumentException::doThrow(viewOn(kNoXmlName));
-        rawWrite(u' ');
-        rawWrite(name);
-        rawWrite(u'=');
-        writeQuotedValue(attributes.getValue(i), AttributeValue);
-    }
-    rawWrite(u'>');
+    writing(*this, [&](EventOutput& out) { putStartTag(out, qName, attributes); });
 }
 
 void XmlWriter::ensureLocator() {
@@ -420,20 +319,20 @@ void XmlWriter::setDocumentLocator(Locator* locator) {
 }
 
 void XmlWriter::startDocument() {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
         if (!canonical_ && unwritableMask_ != kBeyondUsAscii && encoding_ != nullptr)
-            putXmlDeclaration(*this);
+            putXmlDeclaration(out, encoding_);
         entityDepth_ = 0;
     });
 }
 
 void XmlWriter::endDocument() {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (canonical_)
             return;
-        newLine();
-        newLine();
+        out.put('\n');
+        out.put('\n');
     });
 }
 
@@ -443,80 +342,80 @@ void XmlWriter::endPrefixMapping(const XmlString&) {}
 
 void XmlWriter::startElement(const XmlString&, const XmlString&, const XmlString& qName,
                              const Attributes& attributes) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         startedDoctype_ = false;
         ensureLocator();
-        writeStartTag(qName, attributes);
+        putStartTag(out, qName, attributes);
     });
 }
 
 void XmlWriter::endElement(const XmlString&, const XmlString&, const XmlString& qName) {
-    asEvent([&] {
-        put(*this, uniEndElement());
-        rawWrite(qName);
-        rawWrite(u'>');
+    asEvent(*this, [&](EventOutput& out) {
+        out.put("</");
+        out.put(qName);
+        out.put('>');
     });
 }
 
 void XmlWriter::characters(const unsigned short* ch, unsigned int start, unsigned int length) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
-        escapeChars(ch, start, length, inCDATA_ ? UnescapedText : CharacterData);
+        putEscaped(out, ch, start, length, inCDATA_ ? UnescapedText : CharacterData);
     });
 }
 
 void XmlWriter::ignorableWhitespace(const unsigned short* ch, unsigned int start, unsigned int length) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
-        escapeChars(ch, start, length, CharacterData);
+        putEscaped(out, ch, start, length, CharacterData);
     });
 }
 
 void XmlWriter::processingInstruction(const XmlString& target, const XmlString& data) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
         if (canonical_ && inEpilogue_)
-            newLine();
-        put(*this, uniStartPI());
-        rawWrite(target);
-        rawWrite(u' ');
-        escapeChars(data.data(), 0, unitCountOf(data), UnescapedText);
-        put(*this, uniEndPI());
+            out.put('\n');
+        out.put("<?");
+        out.put(target);
+        out.put(' ');
+        putEscaped(out, unitsOf(data), UnescapedText);
+        out.put("?>");
     });
 }
 
 void XmlWriter::skippedEntity(const XmlString& name) {
-    asEvent([&] {
-        rawWrite(u'&');
-        rawWrite(name);
-        rawWrite(u';');
+    asEvent(*this, [&](EventOutput& out) {
+        out.put('&');
+        out.put(name);
+        out.put(';');
     });
 }
 
 void XmlWriter::startDTD(const XmlString& name, const XmlString& publicId, const XmlString& systemId) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
         inDoctype_ = true;
         startedDoctype_ = true;
         if (canonical_)
             return;
-        put(*this, kStartDoctype);
-        rawWrite(name);
-        rawWrite(u' ');
+        out.put("<!DOCTYPE ");
+        out.put(name);
+        out.put(' ');
         if (!expandingEntities_)
-            putExternalId(*this, publicId, systemId);
-        rawWrite(u'[');
-        newLine();
+            putExternalId(out, publicId, systemId);
+        out.put('[');
+        out.put('\n');
     });
 }
 
 void XmlWriter::endDTD() {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         inDoctype_ = false;
         if (canonical_)
             return;
-        put(*this, kEndDoctype);
-        newLine();
+        out.put("]>");
+        out.put('\n');
     });
 }
 
@@ -528,130 +427,130 @@ void XmlWriter::endEntity(const XmlString&) {
 }
 
 void XmlWriter::startCDATA() {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
         if (canonical_)
             return;
         inCDATA_ = true;
         if (entityDepth_ == 0)
-            put(*this, kStartCData);
+            out.put("<![CDATA[");
     });
 }
 
 void XmlWriter::endCDATA() {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (canonical_)
             return;
         inCDATA_ = false;
         if (entityDepth_ == 0)
-            put(*this, kEndCData);
+            out.put("]]>");
     });
 }
 
 void XmlWriter::comment(const unsigned short* ch, unsigned int start, unsigned int length) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         ensureLocator();
         if (canonical_ && inDoctype_)
             return;
         if (canonical_ && inEpilogue_)
-            newLine();
-        put(*this, kStartComment);
-        escapeChars(ch, start, length, UnescapedText);
-        put(*this, kEndComment);
+            out.put('\n');
+        out.put("<!--");
+        putEscaped(out, ch, start, length, UnescapedText);
+        out.put("-->");
     });
 }
 
 void XmlWriter::notationDecl(const XmlString& name, const XmlString& publicId, const XmlString& systemId) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (!writesDeclarations())
             return;
-        put(*this, kStartNotation);
-        rawWrite(name);
-        rawWrite(u' ');
-        putPublicIdOrSystem(*this, publicId);
+        out.put("<!NOTATION ");
+        out.put(name);
+        out.put(' ');
+        putPublicIdOrSystem(out, publicId);
         if (!systemId.isNull())
-            putQuoted(*this, systemId);
-        endDeclaration(*this);
+            putIdentifier(out, systemId);
+        endDeclaration(out);
     });
 }
 
 void XmlWriter::unparsedEntityDecl(const XmlString& name, const XmlString& publicId,
                                    const XmlString& systemId, const XmlString& notationName) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (!writesDeclarations())
             return;
-        put(*this, uniStartEntity());
-        rawWrite(name);
-        rawWrite(u' ');
-        putPublicIdOrSystem(*this, publicId);
-        putQuoted(*this, systemId);
-        put(*this, kNdata);
-        rawWrite(notationName);
-        endDeclaration(*this);
+        out.put("<!ENTITY ");
+        out.put(name);
+        out.put(' ');
+        putPublicIdOrSystem(out, publicId);
+        putIdentifier(out, systemId);
+        out.put(" NDATA ");
+        out.put(notationName);
+        endDeclaration(out);
     });
 }
 
 void XmlWriter::elementDecl(const XmlString& name, const XmlString& model) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (!writesDeclarations())
             return;
-        put(*this, kStartElementDecl);
-        rawWrite(name);
-        rawWrite(u' ');
-        rawWrite(model);
-        endDeclaration(*this);
+        out.put("<!ELEMENT ");
+        out.put(name);
+        out.put(' ');
+        out.put(model);
+        endDeclaration(out);
     });
 }
 
 void XmlWriter::attributeDecl(const XmlString& eName, const XmlString& aName, const XmlString& type,
                               const XmlString& mode, const XmlString& value) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (!writesDeclarations())
             return;
-        put(*this, kStartAttlist);
-        rawWrite(eName);
-        rawWrite(u' ');
-        rawWrite(aName);
-        rawWrite(u' ');
-        rawWrite(type);
-        rawWrite(u' ');
+        out.put("<!ATTLIST ");
+        out.put(eName);
+        out.put(' ');
+        out.put(aName);
+        out.put(' ');
+        out.put(type);
+        out.put(' ');
         if (!mode.isNull()) {
-            rawWrite(mode);
-            rawWrite(u' ');
+            out.put(mode);
+            out.put(' ');
         }
         if (!value.isNull())
-            writeQuotedValue(value, AttributeValue);
-        endDeclaration(*this);
+            putQuoted(out, unitsOf(value), AttributeValue);
+        endDeclaration(out);
     });
 }
 
 void XmlWriter::internalEntityDecl(const XmlString& name, const XmlString& value) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (!writesDeclarations())
             return;
-        put(*this, uniStartEntity());
-        putEntityName(*this, name);
-        rawWrite(u' ');
-        writeQuotedValue(value, EntityValue);
-        endDeclaration(*this);
+        out.put("<!ENTITY ");
+        putEntityName(out, name);
+        out.put(' ');
+        putQuoted(out, unitsOf(value), EntityValue);
+        endDeclaration(out);
     });
 }
 
 void XmlWriter::externalEntityDecl(const XmlString& name, const XmlString& publicId,
                                    const XmlString& systemId) {
-    asEvent([&] {
+    asEvent(*this, [&](EventOutput& out) {
         if (!writesDeclarations())
             return;
-        put(*this, uniStartEntity());
-        putEntityName(*this, name);
+        out.put("<!ENTITY ");
+        putEntityName(out, name);
         if (publicId.isNull()) {
-            put(*this, kSpaceSystem);
+            out.put(" SYSTEM ");
         } else {
-            put(*this, kPublicQuote);
-            putIdentifierQuote(*this, publicId);
+            out.put("PUBLIC \"");
+            putIdentifierQuote(out, publicId);
         }
-        putQuoted(*this, systemId);
-        endDeclaration(*this);
+        putIdentifier(out, systemId);
+        endDeclaration(out);
     });
 }
 

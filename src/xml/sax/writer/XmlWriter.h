@@ -31,7 +31,7 @@ class Locator;
 ///
 /// The writer writes what it is told, in the order of the calls: it keeps no stack of elements, checks no nesting, no
 /// names and no identifiers, and does not indent (XmlFilterFormat does). Text is escaped for its context, converted to
-/// the encoding and given to the stream at once, fragment by fragment. One writer can write many documents: each
+/// the encoding and wholly in the stream when the operation returns. One writer can write many documents: each
 /// startDocument() resets the depth of entities and nothing else.
 ///
 /// Deliberate (the tests named here and below are in tests/xml/sax/writer/):
@@ -55,7 +55,10 @@ class Locator;
 ///            its exceptions() are on. From the events only SaxException and what derives from it gets out: anything
 ///            else, an illegal character and exhausted memory included, goes to the host's `unexpected`, which ends
 ///            the process. What was written before a throw stays in the stream.
-/// Cost:      each fragment is one conversion (one block of the host's allocator, freed at once) and one insertion.
+/// Cost:      an operation converts its text into 4 KiB on the stack and inserts it into the stream at its end, or
+///            whenever the 4 KiB are full; nothing is allocated. Each fragment by itself is one conversion (one block of
+///            the host's allocator, freed at once) and one insertion in any other encoding, with a field width, and for a
+///            stream that is tied, not buffered, or throws for failbit.
 class ZUTARNEX_API XmlWriter : public ContentHandler,
                                public LexicalHandler,
                                public DTDHandler,
@@ -193,6 +196,8 @@ public:
                             const XmlString& systemId) override;
 
 private:
+    friend class EventOutput;
+
     void ensureLocator();
     bool writesDeclarations() const;
 

@@ -1,0 +1,168 @@
+#include "xml/sax/writer/EventOutputInternal.h"
+
+#include "runtime/HostServices.h"
+#include "runtime/Transcoding.h"
+#include "runtime/kernels/TranscodeInternal.h"
+#include "system/OutOfMemoryException.h"
+#include "xml/Utf16LiteralInternal.h"
+#include "xml/sax/SaxNotSupportedException.h"
+#include "xml/sax/writer/SaxMessageInternal.h"
+
+#include <algorithm>
+#include <cxxabi.h>
+#include <memory>
+#include <utility>
+
+namespace Quillon::Xml::Sax {
+
+namespace {
+
+namespace Kernels = Runtime::Kernels;
+
+constexpr Utf16Literal kEncoding(u"Encoding: ");
+constexpr Kernels::EscapeSet kZeroUnit(1, 0xFFFF, "");
+constexpr std::size_t kMaxBytesPerUnit = 3;
+constexpr std::size_t kSmallestPiece = 64; ///< units worth a call of a kernel
+
+struct HostRelease {
+    void operator()(char* text) const noexcept { Runtime::release(text); }
+};
+using HostText = std::unique_ptr<char[], HostRelease>;
+
+template <std::size_t N>
+bool isSame(const char* name, const char (&known)[N]) noexcept {
+    for (std::size_t i = 0; i < N; ++i) {
+        if (name[i] != known[i])
+            return false;
+    }
+    return true;
+}
+
+struct Encoding {
+    unsigned short lastByte; ///< the highest unit that becomes one byte of the same value; 0: not known here
+    bool isUtf8;
+};
+
+Encoding encodingOf(const char* name) noexcept {
+    if (name == nullptr)
+        return {0, false};
+    if (isSame(name, "UTF-8"))
+        return {0x7F, true};
+    if (isSame(name, "US-ASCII"))
+        return {0x7F, false};
+    return {static_cast<unsigned short>(isSame(name, "ISO-8859-1") ? 0xFF : 0), false};
+}
+
+/// Whether nobody can tell how many insertions a text takes.
+bool takesTogether(const std::ostream& stream) {
+    constexpr auto kBad = std::ios_base::badbit, kFail = std::ios_base::failbit;
+    return stream.width() == 0 && stream.tie() == nullptr && (stream.flags() & std::ios_base::unitbuf) == 0
+           && (stream.exceptions() & (kBad | kFail)) != kFail;
+}
+
+/// Makes it bad without the exception that it may have been told to throw then.
+void makeBadQuietly(std::ostream& stream) {
+    try {
+        stream.setstate(std::ios_base::badbit);
+    } catch (const std::ios_base::failure&) {
+    }
+}
+
+bool isInsidePair(const unsigned short* at) noexcept {
+    return (at[-1] & 0xFC00) == 0xD800 && (*at & 0xFC00) == 0xDC00;
+}
+
+[[noreturn]] void throwConversionFailed(const char* encoding) {
+    if (!Runtime::isKnownEncoding(encoding))
+        throw SaxNotSupportedException(prefixed(kEncoding.units, makeString(encoding)));
+    System::OutOfMemoryException::doThrow();
+}
+
+} // namespace
+
+bool EventOutput::knows(const char* encoding) noexcept {
+    return encodingOf(encoding).lastByte != 0;
+}
+
+void EventOutput::reread() {
+    const Encoding encoding = encodingOf(writer_.encoding_);
+    lastByte_ = encoding.lastByte;
+    isUtf8_ = encoding.isUtf8;
+    isPlain_ = lastByte_ != 0 && takesTogether(stream_);
+    unwritableMask_ = writer_.unwritableMask_;
+    isCanonical_ = writer_.canonical_;
+}
+
+void EventOutput::put(Units text) {
+    if (!isPlain_)
+        return putAlone(text);
+    const Run run = runOf(text, kZeroUnit, 0);
+    if (run.length != 0)
+        put(run);
+    else
+        lastStart_ = end_;
+}
+
+/// Converts units of the fragment that was begun, by pieces that fit into the buffer.
+void EventOutput::convert(Units text) {
+    while (!text.empty()) {
+        if (room() / kMaxBytesPerUnit < std::min(text.size(), kSmallestPiece))
+            insert();
+        std::size_t count = std::min(text.size(), room() / kMaxBytesPerUnit);
+        if (count < text.size() && isInsidePair(text.data() + count))
+            --count;
+        end_ = isUtf8_ ? Kernels::utf16ToUtf8(text.data(), count, end_)
+                       : Kernels::utf16ToSingleByte(text.data(), count, lastByte_, end_);
+        text = text.subspan(count);
+    }
+}
+
+/// Leaves the stream in the state that one insertion for each fragment would leave: one that fails makes it bad, and
+/// the next one is refused, which makes it fail.
+void EventOutput::insert() {
+    const char* const lastStart = std::exchange(lastStart_, nullptr);
+    const std::streamsize byteCount = std::exchange(end_, buffer_) - buffer_;
+    if (!stream_.good()) {
+        if (lastStart != nullptr)
+            stream_.write(buffer_, 0);
+        return;
+    }
+    const std::streamsize taken = give(byteCount);
+    if (taken == byteCount)
+        return;
+    stream_.setstate(std::ios_base::badbit);
+    if (lastStart != nullptr && lastStart - buffer_ > taken)
+        stream_.setstate(std::ios_base::failbit);
+}
+
+/// What std::ostream::write does, without the calls around it, which cost ten times as much (bench/writer). Returns how
+/// many bytes were taken: as if none when the buffer of the stream throws and the stream keeps that to itself.
+std::streamsize EventOutput::give(std::streamsize byteCount) {
+    try {
+        return stream_.rdbuf()->sputn(buffer_, byteCount);
+    } catch (const abi::__forced_unwind&) { // the end of the thread
+        makeBadQuietly(stream_);
+        throw;
+    } catch (...) {
+        makeBadQuietly(stream_);
+        if ((stream_.exceptions() & std::ios_base::badbit) != 0)
+            throw;
+        return 0;
+    }
+}
+
+void EventOutput::putAlone(Units text) {
+    const char* const encoding = writer_.encoding_;
+    const HostText bytes(Runtime::utf16ToEncoding(encoding, text.data(), text.size()));
+    if (!bytes)
+        throwConversionFailed(encoding);
+    stream_ << bytes.get();
+}
+
+void EventOutput::putAlone(std::string_view ascii) {
+    unsigned short units[64];
+    std::copy(ascii.begin(), ascii.end(), units);
+    putAlone(Units(units, ascii.size()));
+}
+
+} // namespace Quillon::Xml::Sax
