@@ -59,12 +59,14 @@ bool nextGroup(Bytes& in, Bytes end, unsigned int& bits) noexcept {
 }
 
 std::size_t decodeScalar(Bytes& in, Bytes end, std::size_t maxGroups, unsigned char* out) noexcept {
+    Bytes at = in; // not `in` itself, which the stores below might change
     std::size_t done = 0;
-    for (unsigned int bits; done != maxGroups && nextGroup(in, end, bits); ++done, out += kGroupBytes) {
+    for (unsigned int bits; done != maxGroups && nextGroup(at, end, bits); ++done, out += kGroupBytes) {
         out[0] = static_cast<unsigned char>(bits >> 16);
         out[1] = static_cast<unsigned char>(bits >> 8);
         out[2] = static_cast<unsigned char>(bits);
     }
+    in = at;
     return done;
 }
 
@@ -285,7 +287,8 @@ ZUTARNEX_TARGET_AVX512 std::size_t decodeAvx512(Bytes& in, Bytes end, std::size_
     const Bytes begin = in;
     DigitCollector text(kDigits);
     std::size_t done = 0;
-    while (!text.isStopped && in != end && maxGroups - done > kFew) {
+    while (!text.isStopped && maxGroups - done > kFew
+           && static_cast<std::size_t>(end - in) > kFew * kGroupCharacters) {
         const std::size_t wanted =
             std::min(DigitCollector::kPiece, (maxGroups - done) * kGroupCharacters - text.count);
         text.collect(in, std::min(wanted, static_cast<std::size_t>(end - in)));

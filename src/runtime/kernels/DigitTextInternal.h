@@ -57,21 +57,24 @@ struct DigitCollector {
     ZUTARNEX_TARGET_AVX512 void collect(const unsigned char*& in, std::size_t size) noexcept {
         const __m512i low = _mm512_loadu_si512(table.data()), high = _mm512_loadu_si512(table.data() + 64);
         const __m512i spaces = _mm512_set1_epi8(' ');
+        const unsigned char* at = in; // not `in` and `count` themselves, which the stores below might change
+        std::size_t held = count;
         while (size != 0) {
             const std::size_t length = size < 64 ? size : 64;
-            const __m512i text = length == 64 ? _mm512_loadu_si512(in)
-                                              : _mm512_mask_loadu_epi8(spaces, firstBytes(length), in);
+            const __m512i text = length == 64 ? _mm512_loadu_si512(at)
+                                              : _mm512_mask_loadu_epi8(spaces, firstBytes(length), at);
             const __m512i kinds = _mm512_permutex2var_epi8(low, text, high);
-            if (hasAny(_mm512_or_si512(kinds, text), kNoDigit)) {
-                isStopped = true;
-                return;
-            }
+            isStopped = hasAny(_mm512_or_si512(kinds, text), kNoDigit);
+            if (isStopped)
+                break;
             const __mmask64 digits = _mm512_testn_epi8_mask(kinds, _mm512_set1_epi8(kWhiteSpace));
-            _mm512_storeu_si512(values + count, _mm512_maskz_compress_epi8(digits, kinds));
-            count += countOf(digits);
-            in += length;
+            _mm512_storeu_si512(values + held, _mm512_maskz_compress_epi8(digits, kinds));
+            held += countOf(digits);
+            at += length;
             size -= length;
         }
+        in = at;
+        count = held;
     }
 
     /// Forgets the first `used` values. REQUIRES: fewer than 64 stay.

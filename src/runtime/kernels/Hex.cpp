@@ -140,25 +140,43 @@ ZUTARNEX_TARGET_AVX512 void encodeAvx512(Bytes in, std::size_t count, unsigned c
     _mm512_mask_storeu_epi8(out, firstBytes(count * 2), digitsAvx512(rest));
 }
 
+/// The 32 bytes of 64 values.
+ZUTARNEX_TARGET_AVX512 inline __m256i pairsAvx512(__m512i values) noexcept {
+    return _mm512_cvtepi16_epi8(_mm512_maddubs_epi16(values, _mm512_set1_epi16(0x0110)));
+}
+
 /// Reads up to the next 64 values.
 ZUTARNEX_TARGET_AVX512 void decodeValues(const unsigned char* values, std::size_t count,
                                          unsigned char* out) noexcept {
-    const __m512i weights = _mm512_set1_epi16(0x0110);
-    for (; count >= 32; count -= 32, values += 64, out += 32) {
-        const __m512i pairs = _mm512_maddubs_epi16(_mm512_loadu_si512(values), weights);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm512_cvtepi16_epi8(pairs));
+    for (; count >= 32; count -= 32, values += 64, out += 32)
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), pairsAvx512(_mm512_loadu_si512(values)));
+    _mm256_mask_storeu_epi8(out, (1u << count) - 1, pairsAvx512(_mm512_loadu_si512(values)));
+}
+
+/// As long as there is no white space.
+ZUTARNEX_TARGET_AVX512 std::size_t decodeUnbroken(Bytes& in, Bytes end, std::size_t maxBytes,
+                                                  unsigned char* out) noexcept {
+    const __m512i low = _mm512_loadu_si512(kDigits.data()), high = _mm512_loadu_si512(kDigits.data() + 64);
+    std::size_t done = 0;
+    for (; maxBytes - done >= 32 && end - in >= 64; done += 32, in += 64) {
+        const __m512i text = _mm512_loadu_si512(in);
+        const __m512i values = _mm512_permutex2var_epi8(low, text, high);
+        if (hasAny(_mm512_or_si512(values,
+                                   _mm512_and_si512(text, _mm512_set1_epi8(static_cast<char>(kNoDigit)))),
+                   kNoDigit | kWhiteSpace))
+            break;
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + done), pairsAvx512(values));
     }
-    const __m512i pairs = _mm512_maddubs_epi16(_mm512_loadu_si512(values), weights);
-    _mm256_mask_storeu_epi8(out, (1u << count) - 1, _mm512_cvtepi16_epi8(pairs));
+    return done;
 }
 
 ZUTARNEX_TARGET_AVX512 std::size_t decodeAvx512(Bytes& in, Bytes end, std::size_t maxBytes,
                                                 unsigned char* out) noexcept {
     constexpr std::size_t kFew = 16; // bytes, for which a block is not worth while
+    std::size_t done = decodeUnbroken(in, end, maxBytes, out);
     const Bytes begin = in;
     DigitCollector text(kDigits);
-    std::size_t done = 0;
-    while (!text.isStopped && in != end && maxBytes - done > kFew) {
+    while (!text.isStopped && maxBytes - done > kFew && static_cast<std::size_t>(end - in) > 2 * kFew) {
         const std::size_t wanted = std::min(DigitCollector::kPiece, (maxBytes - done) * 2 - text.count);
         text.collect(in, std::min(wanted, static_cast<std::size_t>(end - in)));
         const std::size_t bytes = text.count / 2;

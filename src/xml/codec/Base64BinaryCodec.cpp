@@ -74,7 +74,7 @@ struct Base64BinaryCodec::Stream {
     void countGroups(unsigned int count) noexcept;
 
     cteErrorCode decode(bool isFinal) noexcept;
-    bool decodeWholeGroups() noexcept;
+    void decodeWholeGroups() noexcept;
     bool gatherCharacters(GroupStart& start) noexcept;
     bool decodeGatheredGroup(bool isFinal) noexcept;
 
@@ -151,9 +151,9 @@ cteErrorCode Base64BinaryCodec::Stream::decode(bool isFinal) noexcept {
     GroupStart start{ranges.in, codec.groupCount_};
     deliverPending();
     while (ranges.room() != 0) {
-        if (codec.groupCount_ == 0 && decodeWholeGroups())
-            continue;
-        if (!gatherCharacters(start))
+        if (codec.groupCount_ == 0)
+            decodeWholeGroups();
+        if (ranges.room() == 0 || !gatherCharacters(start))
             break;
         if (!decodeGatheredGroup(isFinal)) {
             ranges.in = start.in;
@@ -167,12 +167,11 @@ cteErrorCode Base64BinaryCodec::Stream::decode(bool isFinal) noexcept {
     return isFinal && isInsideGroup(codec) ? cteIncompleteInput : cteNoError;
 }
 
-/// As far as the ranges and groups of alphabet characters go; false when there is none.
-bool Base64BinaryCodec::Stream::decodeWholeGroups() noexcept {
-    const std::size_t count =
-        Runtime::Kernels::decodeBase64(ranges.in, ranges.inEnd, ranges.room() / kGroupBytes, ranges.out);
-    ranges.out += count * kGroupBytes;
-    return count != 0;
+/// As far as the ranges and groups of alphabet characters go.
+void Base64BinaryCodec::Stream::decodeWholeGroups() noexcept {
+    ranges.out +=
+        kGroupBytes
+        * Runtime::Kernels::decodeBase64(ranges.in, ranges.inEnd, ranges.room() / kGroupBytes, ranges.out);
 }
 
 /// False when the input is used up before there is a group. After the end of the text, any character is one.
