@@ -12,6 +12,8 @@ using Units = std::span<const unsigned short>;
 /// Reads a string without the calls into the library that its public operations are.
 struct XmlStringReading {
     static bool isNull(const XmlString& string) noexcept { return (string.flags_ & Null) != 0; }
+    /// Whether the units belong to somebody else, who may change them.
+    static bool isBorrowed(const XmlString& string) noexcept { return (string.flags_ & Borrowed) != 0; }
     /// The units of a string; none for a null one, whatever its size says.
     static Units units(const XmlString& string) noexcept {
         return isNull(string) ? Units() : Units(string.data_, string.size_);

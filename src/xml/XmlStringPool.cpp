@@ -1,10 +1,14 @@
 #include "xml/XmlStringPool.h"
 
+#include "runtime/HashFrontInternal.h"
 #include "system/OutOfMemoryException.h"
 #include "system/OutOfRangeException.h"
+#include "xml/XmlStringInternal.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <memory>
@@ -15,11 +19,33 @@ namespace {
 
 constexpr std::uint32_t kFirstCapacity = 3;
 
+/// The hash of a string that only the index knows.
+constexpr std::uint32_t kNoHash = 0;
+
+std::uint32_t hashOf(const XmlString& string) noexcept {
+    return Runtime::frontHashOf(string.data(), std::size_t{string.size()} * sizeof(unsigned short));
+}
+
+/// Null strings, and those that hold a zero unit, are not for the front: see Impl::front.
+std::uint32_t hashForFront(const XmlString& string) noexcept {
+    const unsigned short* const units = string.data();
+    const bool isPlain =
+        units != nullptr && std::find(units, units + string.size(), 0) == units + string.size();
+    return isPlain ? hashOf(string) : kNoHash;
+}
+
+bool haveSameUnits(const XmlString& left, const XmlString& right) noexcept {
+    return left.size() == right.size()
+           && std::memcmp(left.data(), right.data(), std::size_t{left.size()} * sizeof(unsigned short)) == 0;
+}
+
 struct Entry {
-    Entry(const XmlString& string, std::uint32_t number) : value(string), id(number) {}
+    Entry(const XmlString& string, std::uint32_t number)
+        : value(string), id(number), hash(hashForFront(value)) {}
 
     XmlString value;
     std::uint32_t id;
+    std::uint32_t hash;
 };
 
 struct ComparesBelow {
@@ -28,17 +54,29 @@ struct ComparesBelow {
     }
 };
 
+using Front = Runtime::HashFront<Entry>;
+
 } // namespace
 
 struct XmlStringPool::Impl {
     ~Impl();
     void grow();
+    void putInFront(Entry& entry) noexcept;
+    const Entry* find(const XmlString& string) const noexcept;
 
+    /// One block: the entries by id, of which slot 0 stays empty, and behind them the slots of the front.
     std::unique_ptr<Entry*[]> entries =
-        std::make_unique<Entry*[]>(kFirstCapacity); // by id; slot 0 stays empty
+        std::make_unique<Entry*[]>(kFirstCapacity + Front::slotCountFor(kFirstCapacity));
     std::map<XmlString, Entry*, ComparesBelow> index;
     std::uint32_t capacity = kFirstCapacity;
     std::uint32_t next = 1;
+
+    /// Answers for the index where it is sure of the same answer. The index takes strings on the same units for equal,
+    /// whatever their sizes; and the units of borrowed strings may change. So a pool that was given a borrowed string is
+    /// searched by its index alone; and as an owned string of another size can only lie on the units of a looked-up one
+    /// that goes on behind its zero unit, strings with zero units are not in the front.
+    Front front{entries.get() + kFirstCapacity, Front::slotCountFor(kFirstCapacity)};
+    bool ownsAllUnits = true;
 };
 
 /// What an insertion of an equal string has put out of the index is not freed.
@@ -52,10 +90,32 @@ void XmlStringPool::Impl::grow() {
     if (wanted > std::numeric_limits<std::uint32_t>::max())
         System::OutOfMemoryException::doThrow();
     const auto newCapacity = static_cast<std::uint32_t>(wanted);
-    auto grown = std::make_unique<Entry*[]>(newCapacity);
+    const std::size_t slotCount = Front::slotCountFor(newCapacity);
+    auto grown = std::make_unique<Entry*[]>(newCapacity + slotCount);
     std::copy_n(entries.get(), capacity, grown.get());
     entries = std::move(grown);
     capacity = newCapacity;
+    front = Front(entries.get() + capacity, slotCount);
+    std::for_each(entries.get() + 1, entries.get() + next, [this](Entry* entry) { putInFront(*entry); });
+}
+
+void XmlStringPool::Impl::putInFront(Entry& entry) noexcept {
+    ownsAllUnits = ownsAllUnits && !XmlStringReading::isBorrowed(entry.value);
+    if (entry.hash == kNoHash)
+        front.leaveOut();
+    else
+        front.put(entry, [&entry](const Entry& other) { return haveSameUnits(entry.value, other.value); });
+}
+
+const Entry* XmlStringPool::Impl::find(const XmlString& string) const noexcept {
+    if (ownsAllUnits && !string.isNull()) {
+        const Entry* const entry = front.find(
+            hashOf(string), [&string](const Entry& other) { return haveSameUnits(string, other.value); });
+        if (entry != nullptr || (front.holdsAll() && !XmlStringReading::isBorrowed(string)))
+            return entry;
+    }
+    const auto found = index.find(string);
+    return found != index.end() ? found->second : nullptr;
 }
 
 XmlStringPool::XmlStringPool() : impl_(new Impl) {}
@@ -74,6 +134,7 @@ unsigned int XmlStringPool::insert(const XmlString& s) {
     auto entry = std::make_unique<Entry>(s, impl_->next);
     // Under the entry's string, not `s`: the copy of a string that has lost Valid is null.
     impl_->index.insert_or_assign(entry->value, entry.get());
+    impl_->putInFront(*entry);
     impl_->entries[impl_->next] = entry.release();
     return impl_->next++;
 }
@@ -85,8 +146,8 @@ XmlString XmlStringPool::find(unsigned int id) const {
 }
 
 unsigned int XmlStringPool::find(const XmlString& s) const {
-    const auto found = impl_->index.find(s);
-    return found != impl_->index.end() ? found->second->id : 0;
+    const Entry* const entry = impl_->find(s);
+    return entry != nullptr ? entry->id : 0;
 }
 
 bool XmlStringPool::contains(unsigned int id) const noexcept {
@@ -94,7 +155,7 @@ bool XmlStringPool::contains(unsigned int id) const noexcept {
 }
 
 bool XmlStringPool::contains(const XmlString& s) const noexcept {
-    return impl_->index.contains(s);
+    return impl_->find(s) != nullptr;
 }
 
 unsigned int XmlStringPool::size() const noexcept {

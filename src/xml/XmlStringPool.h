@@ -15,7 +15,9 @@ namespace Quillon::Xml {
 ///            inside the pool either.
 /// Threads:   no lock; a pool shared by several threads is guarded by its users.
 /// Throws:    std::bad_alloc, and System::OutOfMemoryException from string copies, the pool being unchanged.
-/// Cost:      lookups by id are constant, by string logarithmic; no lookup allocates.
+/// Cost:      lookups by id are constant; by string, too, as a rule (26 ns among 10,000 names, bench_pool), but logarithmic
+///            in a pool that was given a borrowed string and for names that were chosen to have the same hash; no lookup
+///            allocates. An insertion is logarithmic.
 class ZUTARNEX_API XmlStringPool {
 public:
     XmlStringPool();

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -161,6 +163,26 @@ TEST_F(NameIdMapTest, EveryAllocationOfAGrowingMapMayFail) {
         for (const std::string& name : names)
             map->find_or_insert(name.c_str());
     });
+}
+
+TEST_F(NameIdMapTest, AnswersAreThoseOfAnOrderedMap) {
+    const std::vector<std::string> names = numberedNames(3000);
+    std::mt19937 random(1);
+    std::map<std::string, unsigned int> model;
+    NameIdMap map;
+    for (int step = 0; step < 10'000; ++step) {
+        const std::string &name = names[random() % names.size()], &other = names[random() % names.size()];
+        if (random() % 2 == 0) {
+            const unsigned int id = map.insert(name.c_str());
+            ASSERT_EQ(static_cast<unsigned int>(map.size()), id);
+            model[name] = id;
+        }
+        for (const std::string& sought : {name, other}) {
+            const auto found = model.find(sought);
+            ASSERT_EQ(found != model.end() ? found->second : 0, map.find(sought.c_str()));
+            ASSERT_EQ(found != model.end(), map.contains(sought.c_str()));
+        }
+    }
 }
 
 TEST_F(NameIdMapTest, FactoryMakesAMapOfItsOwn) {

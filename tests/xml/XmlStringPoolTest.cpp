@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <random>
 #include <set>
 #include <string>
 #include <type_traits>
@@ -210,6 +211,118 @@ TEST_F(XmlStringPoolTest, EveryAllocationOfAGrowingPoolMayFail) {
         for (const XmlString& string : strings)
             pool->insert(string);
     });
+}
+
+/// Nothing but the ordered index.
+class IndexedPool {
+public:
+    void insert(const XmlString& s) { index_.insert_or_assign(s, ++size_); }
+    unsigned int find(const XmlString& s) const {
+        const auto found = index_.find(s);
+        return found != index_.end() ? found->second : 0;
+    }
+
+private:
+    struct Below {
+        bool operator()(const XmlString& left, const XmlString& right) const noexcept {
+            return left.compare(right) < 0;
+        }
+    };
+    std::map<XmlString, unsigned int, Below> index_;
+    unsigned int size_ = 0;
+};
+
+/// Strings of every kind out of few units, so that many are equal, lie on the same units, or change.
+class StringMaker {
+public:
+    explicit StringMaker(unsigned int seed) : random_(seed) {}
+
+    unsigned int below(unsigned int limit) { return static_cast<unsigned int>(random_() % limit); }
+    XmlString owned() {
+        std::u16string value;
+        for (unsigned int length = below(5); length != 0; --length)
+            value += static_cast<char16_t>("ab"[below(2)]);
+        if (below(16) == 0)
+            value.insert(below(static_cast<unsigned int>(value.size()) + 1), 1, u'\0');
+        return text(value);
+    }
+    /// A view on `other`'s units, from their start; where they are followed by a zero unit, perhaps that one included.
+    XmlString viewOn(const XmlString& other) {
+        const bool isOwned = (Testing::flagsOf(other) & (Borrowed | Null)) == 0;
+        return XmlString(static_cast<unsigned char>(Borrowed | below(2)), other.getPtr(),
+                         below(other.size() + (isOwned ? 2 : 1)));
+    }
+    XmlString viewOnBuffer() {
+        return XmlString(static_cast<unsigned char>(Borrowed | below(2)), buffers_[below(4)], below(7));
+    }
+    void changeBuffer() { buffers_[below(4)][below(8)] = "ab"[below(2)]; }
+
+private:
+    std::mt19937 random_;
+    unsigned short buffers_[4][8] = {{'a', 'b'}, {'b', 'a', 'a'}, {'a', 'a', 'b', 'b'}, {'b'}};
+};
+
+/// Owned strings, and views of what is looked up; then also views that are inserted; then also views that change.
+enum class Strings { Owned, Views, ChangingViews };
+
+void expectTheAnswersOfTheIndex(unsigned int seed, Strings strings) {
+    StringMaker make(seed);
+    XmlStringPool pool;
+    IndexedPool model;
+    std::vector<XmlString> inserted(1);
+    const auto anyOf = [&] { return inserted[make.below(static_cast<unsigned int>(inserted.size()))]; };
+    for (int step = 0; step < 200; ++step) {
+        XmlString next = make.owned();
+        if (make.below(32) == 0)
+            next = XmlString();
+        if (strings != Strings::Owned && make.below(8) == 0)
+            next = XmlString(make.below(2) == 0 ? make.viewOnBuffer() : make.viewOn(anyOf()));
+        if (strings == Strings::ChangingViews && make.below(4) == 0)
+            make.changeBuffer();
+        pool.insert(next);
+        model.insert(next);
+        inserted.push_back(next);
+        for (const XmlString& sought :
+             {next, make.owned(), anyOf(), make.viewOn(anyOf()), make.viewOnBuffer(), XmlString()}) {
+            ASSERT_EQ(model.find(sought), pool.find(sought)) << "seed " << seed << ", step " << step;
+            ASSERT_EQ(model.find(sought) != 0, pool.contains(sought));
+        }
+    }
+}
+
+TEST(SupersededXmlStringPoolTest, AnswersAreThoseOfTheIndex) {
+    for (unsigned int seed = 1; seed <= 200; ++seed)
+        for (const Strings strings : {Strings::Owned, Strings::Views, Strings::ChangingViews})
+            expectTheAnswersOfTheIndex(seed, strings);
+}
+
+/// The index meets the string on the same units first.
+TEST_F(XmlStringPoolTest, StringOnTheSameUnitsMayBeFoundForALongerOne) {
+    const XmlString shorter = text(u"a"), longer = text(std::u16string(u"a\0", 2));
+    XmlStringPool pool;
+    pool.insert(shorter);
+    pool.insert(longer);
+    EXPECT_EQ(1u, pool.find(XmlString(Borrowed, shorter.data(), 2)));
+    EXPECT_EQ(2u, pool.find(longer));
+}
+
+TEST_F(XmlStringPoolTest, ManyStringsAreFound) {
+    XmlStringPool pool;
+    for (unsigned int i = 1; i <= 20'000; ++i)
+        ASSERT_EQ(i, pool.insert(numbered(i)));
+    for (unsigned int i = 1; i <= 20'000; ++i) {
+        ASSERT_EQ(i, pool.find(numbered(i)));
+        ASSERT_EQ(0u, pool.find(numbered(20'000 + i)));
+    }
+}
+
+TEST_F(XmlStringPoolTest, ChangedBorrowedStringIsLookedUpAsItIsNow) {
+    unsigned short buffer[] = {'a', 0};
+    XmlStringPool pool;
+    pool.insert(XmlString(Borrowed, buffer, 1));
+    buffer[0] = 'b';
+    EXPECT_EQ(1u, pool.find(text(u"b")));
+    EXPECT_EQ(0u, pool.find(text(u"a")));
 }
 
 // Layout
