@@ -144,11 +144,17 @@ void registerStandardConversions(CvsnRegistryNode& node) {
     registration.add<bool, BoolToCString, CStringToBool>("bool");
 }
 
+boost::shared_ptr<CvsnRegistryNode> makeStandardNode() {
+    boost::shared_ptr<CvsnRegistryNode> node(new CvsnRegistryNode(CvsnRootNamespace::instance()));
+    registerStandardConversions(*node);
+    return node;
+}
+
 } // namespace
 
 boost::shared_ptr<CvsnRegistryNode> C99Conversions::instance() {
-    static const boost::shared_ptr<CvsnRegistryNode> node(
-        new CvsnRegistryNode(CvsnRootNamespace::instance()));
+    // The first registration is part of making the node, so that threads that come first together bind nothing twice.
+    static const boost::shared_ptr<CvsnRegistryNode> node = makeStandardNode();
     registerStandardConversions(*node); // each time: what is missing is bound again
     return node;
 }

@@ -1,13 +1,12 @@
 #ifndef ZUTARNEX_DATACONV_C99CONVERSIONS_H
 #define ZUTARNEX_DATACONV_C99CONVERSIONS_H
 
+#include "dataconv/CvsnRegistryNode.h"
 #include "zutarnex/export.h"
 
 #include <boost/shared_ptr.hpp>
 
 namespace Quillon::DataConv {
-
-class CvsnRegistryNode;
 
 /// The process's node of standard conversions, a child of CvsnRootNamespace::instance(): between C strings and
 ///
@@ -22,9 +21,9 @@ public:
     /// Made by the first call and let go at the process's exit. Each call binds what is not bound, neither here nor in
     /// the root (tests/dataconv/C99ConversionsTest.cpp, EachCallBindsWhatIsMissing).
     ///
-    /// Threads: the node is made under a lock, the binding is not locked: let one thread call first, and none while
-    ///          something is unbound.
-    /// Throws:  std::bad_alloc; the next call goes on where this one ended.
+    /// Threads: any at any time, as long as nobody changes the node: the first call makes it, bindings included, under
+    ///          a lock, and the others only look whether something is missing.
+    /// Throws:  std::bad_alloc; the next call begins again, or goes on where this one ended.
     /// Cost:    four lookups for each name.
     static boost::shared_ptr<CvsnRegistryNode> instance();
 };

@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstring>
 #include <new>
 #include <set>
@@ -146,6 +147,28 @@ TEST(FirstUseTest, RootAndMapAreMadeOnceByManyThreads) {
                && std::set<const void*>(maps, maps + threadCount).size() == 1;
     });
     EXPECT_TRUE(isOne);
+}
+
+/// A race would be lost once in a hundred processes or so.
+TEST(FirstUseTest, ManyThreadsMayComeFirstTogether) {
+    for (int round = 0; round != 100; ++round) {
+        const State state = inNewProcess<State>([] {
+            std::vector<std::thread> threads;
+            std::atomic<bool> go = false;
+            for (int i = 0; i < 4; ++i)
+                threads.emplace_back([&go] {
+                    while (!go) {
+                    }
+                    C99Conversions::instance();
+                });
+            go = true;
+            for (std::thread& thread : threads)
+                thread.join();
+            return stateSince(0, 0);
+        });
+        ASSERT_EQ(14u + 1 + 19, state.names);
+        ASSERT_EQ(2u * (14 + 19), state.pairs);
+    }
 }
 
 } // namespace
