@@ -4,6 +4,7 @@
 #include "zutarnex/export.h"
 
 #include <boost/shared_ptr.hpp>
+#include <type_traits>
 
 namespace Quillon::DataConv {
 
@@ -39,6 +40,16 @@ public:
     const char* find(unsigned int id) const;
     /// The id of a name, or 0.
     unsigned int find(const char* name) const noexcept;
+
+    /// For the literal 0, which could be an id as well as a null name.
+    template <class Id, std::enable_if_t<std::is_same<Id, int>::value, int> = 0>
+    bool contains(Id id) const noexcept {
+        return contains(static_cast<unsigned int>(id));
+    }
+    template <class Id, std::enable_if_t<std::is_same<Id, int>::value, int> = 0>
+    const char* find(Id id) const {
+        return find(static_cast<unsigned int>(id));
+    }
 
     /// Gives `name` a new id and returns it.
     ///

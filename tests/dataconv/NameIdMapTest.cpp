@@ -55,6 +55,15 @@ TEST_F(NameIdMapTest, IdsAreDenseInTheOrderOfInsertion) {
     EXPECT_FALSE(map.contains("missing"));
 }
 
+TEST_F(NameIdMapTest, LiteralZeroIsAnId) {
+    NameIdMap map;
+    EXPECT_FALSE(map.contains(0));
+    EXPECT_THROW(map.find(0), System::OutOfRangeException);
+    map.insert("a");
+    EXPECT_TRUE(map.contains(1));
+    EXPECT_STREQ("a", map.find(1));
+}
+
 TEST_F(NameIdMapTest, IdsNotIssuedAreRefused) {
     NameIdMap map;
     map.insert("a");
