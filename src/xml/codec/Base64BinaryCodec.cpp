@@ -77,6 +77,8 @@ struct Base64BinaryCodec::Stream {
     void decodeWholeGroups() noexcept;
     bool gatherCharacters(GroupStart& start) noexcept;
     bool decodeGatheredGroup(bool isFinal) noexcept;
+    void skipWhiteSpace() noexcept;
+    cteErrorCode endText() noexcept;
 
     Base64BinaryCodec& codec;
     CodecRanges ranges;
@@ -162,9 +164,24 @@ cteErrorCode Base64BinaryCodec::Stream::decode(bool isFinal) noexcept {
         }
         deliverPending();
     }
+    if (!hasPending(codec))
+        skipWhiteSpace();
     if (hasPending(codec) || ranges.left() != 0)
         return cteOutputFull;
-    return isFinal && isInsideGroup(codec) ? cteIncompleteInput : cteNoError;
+    return isFinal ? endText() : cteNoError;
+}
+
+/// What is left behind the text is no reason to call again.
+void Base64BinaryCodec::Stream::skipWhiteSpace() noexcept {
+    while (ranges.left() != 0 && isWhiteSpace(*ranges.in))
+        ++ranges.in;
+}
+
+/// The next call begins another text.
+cteErrorCode Base64BinaryCodec::Stream::endText() noexcept {
+    const bool isIncomplete = isInsideGroup(codec);
+    codec.groupCount_ = 0;
+    return isIncomplete ? cteIncompleteInput : cteNoError;
 }
 
 /// As far as the ranges and groups of alphabet characters go.

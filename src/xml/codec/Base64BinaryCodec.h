@@ -57,7 +57,8 @@ public:
 
     /// Decodes, by the same conventions. White space (isspace of the current locale) is skipped wherever it occurs.
     ///
-    /// Padding is accepted in a final call only; nothing but white space may follow it. On cteInvalidInput what stands
+    /// A final call that stores neither cteOutputFull nor cteInvalidInput ends the text: the next call begins another.
+    /// Padding is accepted in a final call only; nothing but white space may follow it in its text. On cteInvalidInput what stands
     /// before the group at fault is delivered, and `*in` stands at the group's first character (at the start of the
     /// range when the group began in an earlier call): a call from there reports the same fault.
     ///

@@ -52,6 +52,8 @@ struct HexBinaryCodec::Stream {
     cteErrorCode decode(bool isFinal) noexcept;
     bool decodeInto(unsigned char* out, std::size_t limit, std::size_t& count) noexcept;
     bool gatherPair(bool& isValid) noexcept;
+    void skipWhiteSpace() noexcept;
+    cteErrorCode endText() noexcept;
 
     HexBinaryCodec& codec;
     CodecRanges ranges;
@@ -102,9 +104,23 @@ cteErrorCode HexBinaryCodec::Stream::decode(bool isFinal) noexcept {
         return cteOutputFull;
     if (!isValid)
         return cteInvalidInput;
+    skipWhiteSpace();
     if (ranges.left() != 0)
         return cteOutputFull;
-    return isFinal && codec.digitCount_ != 0 ? cteIncompleteInput : cteNoError;
+    return isFinal ? endText() : cteNoError;
+}
+
+/// What is left behind the text is no reason to call again.
+void HexBinaryCodec::Stream::skipWhiteSpace() noexcept {
+    while (ranges.left() != 0 && isWhiteSpace(*ranges.in))
+        ++ranges.in;
+}
+
+/// The next call begins another text.
+cteErrorCode HexBinaryCodec::Stream::endText() noexcept {
+    const bool isIncomplete = codec.digitCount_ != 0;
+    codec.digitCount_ = 0;
+    return isIncomplete ? cteIncompleteInput : cteNoError;
 }
 
 /// Decodes up to `limit` bytes, as far as the input goes. False when it stops at an invalid byte.

@@ -38,7 +38,8 @@ public:
                 const unsigned char* inEnd, bool isFinal, cteErrorCode* err);
 
     /// Decodes, by the same conventions. Bytes 9 to 13 and 32 are skipped wherever they occur. On cteInvalidInput what
-    /// stands before the byte at fault is delivered, and `*in` stands at that byte.
+    /// stands before the byte at fault is delivered, and `*in` stands at that byte. A final call that stores neither
+    /// that nor cteOutputFull ends the text: the next call begins another.
     ///
     /// Deliberate: lower-case digits are cteInvalidInput (tests/xml/codec/HexBinaryCodecTest.cpp,
     /// LowerCaseDigitsAreInvalid).

@@ -289,14 +289,29 @@ TEST_F(Base64BinaryCodecTest, NothingButWhiteSpaceMayFollowPadding) {
     EXPECT_EQ((CallResult{"", 0, cteInvalidInput}), decode("TWE=", kAmpleRoom, true));
 }
 
-TEST_F(Base64BinaryCodecTest, TextThatEndedStaysEndedInLaterCalls) {
-    EXPECT_EQ((CallResult{"M", 4, cteOutputFull}), decode("TWE= \n", 1, true));
-    EXPECT_EQ((CallResult{"a", 0, cteOutputFull}), decode(" \n", 1, true));
-    EXPECT_EQ((CallResult{"", 2, 0}), decode(" \n", 1, true));
-    EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", 1, true));
+TEST_F(Base64BinaryCodecTest, TextThatEndedStaysEndedUntilItIsDelivered) {
+    EXPECT_EQ((CallResult{"M", 4, cteOutputFull}), decode("TWE= \nZ", 1, true));
+    EXPECT_EQ((CallResult{"a", 2, cteOutputFull}), decode(" \nZ", 1, true));
+    EXPECT_EQ((CallResult{"", 0, cteInvalidInput}), decode("Zm9v", kAmpleRoom, true));
     EXPECT_EQ((CallResult{"", 1, cteInvalidInput}), decode(" Zm9v", kAmpleRoom, true));
     codec.reset();
     EXPECT_EQ((CallResult{"foo", 5, 0}), decode(" Zm9v", kAmpleRoom, true));
+}
+
+TEST_F(Base64BinaryCodecTest, WhiteSpaceBehindTheTextNeedsNoRoom) {
+    EXPECT_EQ((CallResult{"M", 4, cteOutputFull}), decode("TWE= \n", 1, true));
+    EXPECT_EQ((CallResult{"a", 2, 0}), decode(" \n", 1, true));
+    EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", 1, true));
+    const std::string line = std::string(76, 'A') + '\n';
+    EXPECT_EQ((CallResult{std::string(57, '\0'), 77, 0}), decode(line, 57, true));
+    EXPECT_EQ((CallResult{std::string(57, '\0'), 77, 0}), decode(line, 57, false));
+}
+
+TEST_F(Base64BinaryCodecTest, FinalCallEndsTheTextAndTheNextBeginsAnother) {
+    EXPECT_EQ((CallResult{"Ma", 4, 0}), decode("TWE=", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"M", 4, 0}), decode("TQ==", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"", 3, cteIncompleteInput}), decode("TWF", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"Man", 4, 0}), decode("TWFu", kAmpleRoom, true));
 }
 
 TEST_F(Base64BinaryCodecTest, FaultIsReportedAtTheFirstCharacterOfItsGroup) {
@@ -324,7 +339,7 @@ TEST_F(Base64BinaryCodecTest, FinalCallInsideAGroupIsIncomplete) {
         codec.reset();
         EXPECT_EQ((CallResult{"foo", std::strlen(text), cteIncompleteInput}), decode(text, kAmpleRoom, true))
             << text;
-        EXPECT_EQ((CallResult{"", 0, cteIncompleteInput}), decode("", kAmpleRoom, true)) << text;
+        EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", kAmpleRoom, true)) << text;
     }
 }
 

@@ -23,6 +23,12 @@ void deliver(std::string& pending, std::string& written, std::size_t room) {
     pending.erase(0, count);
 }
 
+/// Passes over what is left behind the text.
+void skipBlanks(std::string_view input, std::size_t& consumed) {
+    while (consumed < input.size() && isBlank(input[consumed]))
+        ++consumed;
+}
+
 /// 0 to 63, or 255.
 unsigned base64Value(char c) {
     const std::size_t at = kBase64Digits.find(c);
@@ -145,10 +151,15 @@ CallResult Base64DecoderModel::call(std::string_view input, std::size_t room, bo
         }
         group_.clear();
     }
-    if (!pending_.empty() || result.consumed < input.size())
+    if (pending_.empty())
+        skipBlanks(input, result.consumed);
+    if (!pending_.empty() || result.consumed < input.size()) {
         result.error = kOutputFull;
-    else if (isFinal && !group_.empty())
-        result.error = kIncomplete;
+    } else if (isFinal) {
+        result.error = group_.empty() ? 0 : kIncomplete;
+        group_.clear();
+        ended_ = false;
+    }
     return result;
 }
 
@@ -206,14 +217,18 @@ CallResult HexDecoderModel::call(std::string_view input, std::size_t room, bool 
             }
         }
     }
-    if (!pending_.empty())
+    if (pending_.empty() && !isInvalid)
+        skipBlanks(input, result.consumed);
+    if (!pending_.empty()) {
         result.error = kOutputFull;
-    else if (isInvalid)
+    } else if (isInvalid) {
         result.error = kInvalid;
-    else if (result.consumed < input.size())
+    } else if (result.consumed < input.size()) {
         result.error = kOutputFull;
-    else if (isFinal && !digits_.empty())
-        result.error = kIncomplete;
+    } else if (isFinal) {
+        result.error = digits_.empty() ? 0 : kIncomplete;
+        digits_.clear();
+    }
     return result;
 }
 

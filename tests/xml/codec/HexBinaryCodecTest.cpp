@@ -137,7 +137,9 @@ TEST_F(HexBinaryCodecTest, SingleDigitIsKeptForTheNextCall) {
 
 TEST_F(HexBinaryCodecTest, SingleDigitAtTheEndOfAFinalCallIsIncomplete) {
     EXPECT_EQ((CallResult{"\xAB", 3, cteIncompleteInput}), decode("ABC", kAmpleRoom, true));
-    EXPECT_EQ((CallResult{"", 0, cteIncompleteInput}), decode("", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"\x0A", 2, 0}), decode("0A", kAmpleRoom, true)) << "of another text";
+    EXPECT_EQ((CallResult{"", 1, 0}), decode("C", kAmpleRoom, false));
     EXPECT_EQ((CallResult{"", 2, cteIncompleteInput}), decode(" \n", kAmpleRoom, true));
 }
 
@@ -155,8 +157,13 @@ TEST_F(HexBinaryCodecTest, AtMost128BytesArePending) {
 
 TEST_F(HexBinaryCodecTest, FullOutputWithInputLeftIsReported) {
     EXPECT_EQ((CallResult{repeated("\xAB", 128), 256, cteOutputFull}),
-              decode(repeated("AB", 128) + " ", 128, true));
-    EXPECT_EQ((CallResult{"", 1, 0}), decode(" ", 128, true));
+              decode(repeated("AB", 128) + "C", 128, true));
+    EXPECT_EQ((CallResult{"", 1, cteIncompleteInput}), decode("C", 128, true));
+}
+
+TEST_F(HexBinaryCodecTest, WhiteSpaceBehindTheTextNeedsNoRoom) {
+    EXPECT_EQ((CallResult{"\x0A", 4, 0}), decode("0A \n", 1, true));
+    EXPECT_EQ((CallResult{repeated("\xAB", 128), 257, 0}), decode(repeated("AB", 128) + " ", 128, true));
 }
 
 // Arguments of the streaming calls
