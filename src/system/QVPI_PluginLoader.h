@@ -41,7 +41,8 @@ public:
     ///         whatever initPlugin() and findPlugin() of a derived class throw. Nothing is cached then.
     boost::shared_ptr<QVPI_Plugin_> loadPlugin(const char* name, void* args, bool keep);
 
-protected:
+    // What loadPlugin() is made of; callers go through that.
+
     /// Makes the plug-in. The base cannot make any.
     ///
     /// Deliberate: an exception of any other kind than the one below ends the process through the host's
@@ -52,7 +53,6 @@ protected:
     /// The plug-in that this loader has cached, or an empty pointer, which is what the base's body returns.
     virtual boost::shared_ptr<QVPI_Plugin_> findPlugin(const char* name) const = 0;
 
-public:
     virtual ~QVPI_PluginLoader(); // its slots are the last ones
 
 private:

@@ -55,7 +55,8 @@ private:
 
 SystemPluginLoader::Library SystemPluginLoader::openModule(const char* name) const {
     char fileName[kFileNameCapacity];
-    if (!Runtime::printBounded(fileName, sizeof fileName, "%s%s%s", "lib", name, ".so"))
+    if (!libraries_ // made after the process had let go of its shared-library loader
+        || !Runtime::printBounded(fileName, sizeof fileName, "%s%s%s", "lib", name, ".so"))
         PluginNotFoundException::doThrow(name);
     try {
         return libraries_->loadSharedLibrary(fileName, false);

@@ -1,9 +1,11 @@
-// The system plug-in loader is asked for while it is being made. That takes an application whose operator new asks for
-// plug-ins, hence a program of its own.
+// The system plug-in loader is asked for while it is being made, or only when the process ends. The first takes an
+// application whose operator new asks for plug-ins, hence a program of its own; both one that has no loader yet.
 #include "system/QVPI_PluginLoader.h"
 
 #include "system/AskingOperatorNew.h"
 #include "system/IllegalStateException.h"
+#include "system/PluginNotFoundException.h"
+#include "system/SharedLibraryLoader.h"
 
 #include <gtest/gtest.h>
 
@@ -79,6 +81,23 @@ TEST_F(PluginLoaderRecursionDeathTest, RecursionThatIsNotCaughtLeavesNoHalfMadeL
                            : 1);
         },
         ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(PluginLoaderRecursionDeathTest, LoaderMadeBehindTheExitHandlerFindsNothing) {
+    EXPECT_EXIT(
+        {
+            std::atexit([] { // runs after what is registered below
+                try {
+                    QVPI_PluginLoader::getSystemPluginLoader()->loadPlugin("zutarnex_test_plain", nullptr,
+                                                                           false);
+                } catch (const PluginNotFoundException&) {
+                    std::_Exit(7);
+                }
+            });
+            SharedLibraryLoader::createSharedLibraryLoader();
+            std::exit(1);
+        },
+        ::testing::ExitedWithCode(7), "");
 }
 
 } // namespace

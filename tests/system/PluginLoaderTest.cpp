@@ -68,6 +68,15 @@ TEST_F(PluginLoaderTest, ProcessHasOneSystemLoader) {
     EXPECT_EQ(loader, QVPI_PluginLoader::getSystemPluginLoader());
 }
 
+TEST_F(PluginLoaderTest, StepsOfLoadingCanBeCalledOneByOne) {
+    const Loader loader = QVPI_PluginLoader::getSystemPluginLoader();
+    EXPECT_FALSE(loader->findPlugin(kMissing));
+    const Plugin plugin = loader->initPlugin(kPlain, nullptr, false);
+    ASSERT_TRUE(plugin);
+    EXPECT_EQ(plugin, loader->findPlugin(kPlain));
+    EXPECT_THROW(loader->initPlugin(kMissing, nullptr, false), PluginNotFoundException);
+}
+
 TEST_F(PluginLoaderTest, SystemLoaderHasNoParent) {
     EXPECT_FALSE(QVPI_PluginLoader::getSystemPluginLoader()->getParent());
 }
