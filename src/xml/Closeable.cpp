@@ -26,5 +26,17 @@ void Closeable::operator delete[](void* block) noexcept {
 }
 void Closeable::operator delete(void*, void*) noexcept {}
 void Closeable::operator delete[](void*, void*) noexcept {}
+void* Closeable::operator new(std::size_t bytes, const std::nothrow_t& tag) noexcept {
+    return ::operator new(bytes, tag);
+}
+void* Closeable::operator new[](std::size_t bytes, const std::nothrow_t& tag) noexcept {
+    return ::operator new[](bytes, tag);
+}
+void Closeable::operator delete(void* block, const std::nothrow_t& tag) noexcept {
+    ::operator delete(block, tag);
+}
+void Closeable::operator delete[](void* block, const std::nothrow_t& tag) noexcept {
+    ::operator delete[](block, tag);
+}
 
 } // namespace Quillon::Xml

@@ -4,6 +4,7 @@
 #include "zutarnex/export.h"
 
 #include <cstddef>
+#include <new>
 
 namespace Quillon::Xml {
 
@@ -21,10 +22,14 @@ public:
     static void* operator new[](std::size_t bytes);
     static void* operator new(std::size_t bytes, void* place) noexcept;
     static void* operator new[](std::size_t bytes, void* place) noexcept;
+    static void* operator new(std::size_t bytes, const std::nothrow_t& tag) noexcept;
+    static void* operator new[](std::size_t bytes, const std::nothrow_t& tag) noexcept;
     static void operator delete(void* block) noexcept;
     static void operator delete[](void* block) noexcept;
     static void operator delete(void* block, void* place) noexcept;
     static void operator delete[](void* block, void* place) noexcept;
+    static void operator delete(void* block, const std::nothrow_t& tag) noexcept;
+    static void operator delete[](void* block, const std::nothrow_t& tag) noexcept;
 };
 
 } // namespace Quillon::Xml

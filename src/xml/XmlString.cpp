@@ -272,6 +272,18 @@ void XmlString::operator delete[](void* block) noexcept {
 }
 void XmlString::operator delete(void*, void*) noexcept {}
 void XmlString::operator delete[](void*, void*) noexcept {}
+void* XmlString::operator new(std::size_t bytes, const std::nothrow_t& tag) noexcept {
+    return ::operator new(bytes, tag);
+}
+void* XmlString::operator new[](std::size_t bytes, const std::nothrow_t& tag) noexcept {
+    return ::operator new[](bytes, tag);
+}
+void XmlString::operator delete(void* block, const std::nothrow_t& tag) noexcept {
+    ::operator delete(block, tag);
+}
+void XmlString::operator delete[](void* block, const std::nothrow_t& tag) noexcept {
+    ::operator delete[](block, tag);
+}
 
 XmlString makeString(const unsigned short* s) {
     return XmlString(0, s);

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 namespace Quillon::Xml {
 
@@ -101,10 +102,14 @@ public:
     static void* operator new[](std::size_t bytes);
     static void* operator new(std::size_t bytes, void* place) noexcept;
     static void* operator new[](std::size_t bytes, void* place) noexcept;
+    static void* operator new(std::size_t bytes, const std::nothrow_t& tag) noexcept;
+    static void* operator new[](std::size_t bytes, const std::nothrow_t& tag) noexcept;
     static void operator delete(void* block) noexcept;
     static void operator delete[](void* block) noexcept;
     static void operator delete(void* block, void* place) noexcept;
     static void operator delete[](void* block, void* place) noexcept;
+    static void operator delete(void* block, const std::nothrow_t& tag) noexcept;
+    static void operator delete[](void* block, const std::nothrow_t& tag) noexcept;
 
 private:
     friend struct XmlStringReading;

@@ -129,6 +129,17 @@ TEST_F(ByteChannelTest, PlacementUsesTheGivenPlace) {
     pipe->~Pipe();
 }
 
+TEST_F(ByteChannelTest, NewThatDoesNotThrowIsTheGlobalOne) {
+    const std::size_t before = newMemory().requests();
+    delete new (std::nothrow) Pipe(log_);
+    void* many = Closeable::operator new[](5, std::nothrow);
+    EXPECT_EQ(before + 2, newMemory().requests());
+    Closeable::operator delete[](many, std::nothrow);
+    newMemory().failRequest(1);
+    EXPECT_EQ(nullptr, Closeable::operator new(5, std::nothrow));
+    newMemory().failRequest(0);
+}
+
 /// Cannot be made.
 class Refuser : public ByteChannel {
 public:

@@ -1189,6 +1189,18 @@ TEST_F(XmlStringTest, PlacementUsesTheGivenPlace) {
     EXPECT_EQ(before, newMemory().requests());
 }
 
+TEST_F(XmlStringTest, NewThatDoesNotThrowIsTheGlobalOne) {
+    const std::size_t before = newMemory().requests();
+    XmlString* one = new (std::nothrow) XmlString;
+    XmlString* many = new (std::nothrow) XmlString[3];
+    EXPECT_EQ(before + 2, newMemory().requests());
+    delete one;
+    delete[] many;
+    newMemory().failRequest(1);
+    EXPECT_EQ(nullptr, new (std::nothrow) XmlString);
+    newMemory().failRequest(0);
+}
+
 TEST_F(XmlStringTest, PlaceIsNotFreedWhenConstructionFails) {
     alignas(XmlString) unsigned char place[sizeof(XmlString)];
     const Units source = units(u"abc");
