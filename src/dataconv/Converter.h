@@ -2,6 +2,7 @@
 #define ZUTARNEX_DATACONV_CONVERTER_H
 
 #include "dataconv/ConversionFunctor.h"
+#include "dataconv/CvsnRegistryNode.h"
 #include "dataconv/IllegalConversionException.h"
 #include "zutarnex/export.h"
 
@@ -12,8 +13,6 @@
 #include <utility>
 
 namespace Quillon::DataConv {
-
-class CvsnRegistryNode;
 
 /// Converts values to text and back through a node of the registry, by type or by readable name, and binds more
 /// conversions:

@@ -1,6 +1,7 @@
 #ifndef ZUTARNEX_DATACONV_CVSNREGISTRYNODE_H
 #define ZUTARNEX_DATACONV_CVSNREGISTRYNODE_H
 
+#include "dataconv/AConversionFunctor.h"
 #include "dataconv/ACvsnRegistryNode.h"
 #include "zutarnex/export.h"
 
@@ -9,8 +10,6 @@
 #include <map>
 
 namespace Quillon::DataConv {
-
-class AConversionFunctor;
 
 /// A node that owns the functors bound in it and asks its parent for pairs that it lacks.
 ///

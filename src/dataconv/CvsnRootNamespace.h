@@ -1,13 +1,12 @@
 #ifndef ZUTARNEX_DATACONV_CVSNROOTNAMESPACE_H
 #define ZUTARNEX_DATACONV_CVSNROOTNAMESPACE_H
 
+#include "dataconv/CvsnRegistryNode.h"
 #include "zutarnex/export.h"
 
 #include <boost/shared_ptr.hpp>
 
 namespace Quillon::DataConv {
-
-class CvsnRegistryNode;
 
 /// The root of the process's registry nodes, empty at first.
 class ZUTARNEX_API CvsnRootNamespace {

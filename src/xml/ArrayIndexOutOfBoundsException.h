@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_ARRAYINDEXOUTOFBOUNDSEXCEPTION_H
 #define ZUTARNEX_XML_ARRAYINDEXOUTOFBOUNDSEXCEPTION_H
 
+#include "xml/XmlString.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml {
-
-class XmlString;
 
 /// An index behind the end of a list. What is thrown is also a System::UserException with the message
 /// "Array index out of bounds; <what>: <index>.", and Identifiable as "KAVOLT:ArrayIndexOutOfBoundsException".

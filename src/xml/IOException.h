@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_IOEXCEPTION_H
 #define ZUTARNEX_XML_IOEXCEPTION_H
 
+#include "xml/XmlString.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml {
-
-class XmlString;
 
 /// A channel could not do its work. The library itself never throws it: implementations of byte channels do.
 /// What is thrown is also a System::InternalException.

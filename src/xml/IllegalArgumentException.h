@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_ILLEGALARGUMENTEXCEPTION_H
 #define ZUTARNEX_XML_ILLEGALARGUMENTEXCEPTION_H
 
+#include "xml/XmlString.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml {
-
-class XmlString;
 
 /// An argument that an operation cannot take. What is thrown is also a System::UserException with the message
 /// "Illegal argument provided: <what>.", and Identifiable as "KAVOLT:IllegalArgumentException".

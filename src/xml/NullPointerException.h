@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_NULLPOINTEREXCEPTION_H
 #define ZUTARNEX_XML_NULLPOINTEREXCEPTION_H
 
+#include "xml/XmlString.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml {
-
-class XmlString;
 
 /// Something that must be there is not, such as the parent of a filter that is to parse. What is thrown is also a
 /// System::InternalException.

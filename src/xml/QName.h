@@ -13,7 +13,7 @@ namespace Quillon::Xml {
 class ZUTARNEX_API QName {
 public:
     /// No namespace and no prefix: both are empty.
-    explicit QName(XmlString localPart);
+    QName(XmlString localPart);
     /// The prefix is empty.
     QName(XmlString namespaceURI, XmlString localPart);
     /// A null `namespaceURI` becomes the empty string.

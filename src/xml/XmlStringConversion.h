@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_XMLSTRINGCONVERSION_H
 #define ZUTARNEX_XML_XMLSTRINGCONVERSION_H
 
+#include "xml/XmlString.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml {
-
-class XmlString;
 
 /// Text of a string for code that knows nothing of strings.
 ///

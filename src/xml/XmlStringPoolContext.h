@@ -1,13 +1,12 @@
 #ifndef ZUTARNEX_XML_XMLSTRINGPOOLCONTEXT_H
 #define ZUTARNEX_XML_XMLSTRINGPOOLCONTEXT_H
 
+#include "xml/XmlStringPool.h"
 #include "zutarnex/export.h"
 
 #include <boost/shared_ptr.hpp>
 
 namespace Quillon::Xml {
-
-class XmlStringPool;
 
 /// A holder through which a component hands its pool on to others.
 ///
@@ -15,7 +14,7 @@ class XmlStringPool;
 /// Ownership: one share of the pool.
 class ZUTARNEX_API XmlStringPoolContext {
 public:
-    explicit XmlStringPoolContext(boost::shared_ptr<XmlStringPool> pool);
+    XmlStringPoolContext(boost::shared_ptr<XmlStringPool> pool);
     virtual ~XmlStringPoolContext();
 
     boost::shared_ptr<XmlStringPool> getXmlStringPoolRef() const;

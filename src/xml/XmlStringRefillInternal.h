@@ -24,6 +24,8 @@ struct XmlStringRefill {
         for (std::uint32_t i = 0; i <= string.capacity_; ++i) { // the block has room for one unit more
             string.data_[i] = terminated[i];
             if (terminated[i] == 0) {
+                while (string.size_ > i) // what is left of a longer value
+                    string.data_[string.size_--] = 0;
                 string.size_ = i;
                 return true;
             }

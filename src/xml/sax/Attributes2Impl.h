@@ -23,7 +23,7 @@ namespace Quillon::Xml::Sax {
 class ZUTARNEX_API Attributes2Impl : public AttributesImpl, public Attributes2 {
 public:
     Attributes2Impl() noexcept;
-    explicit Attributes2Impl(const Attributes& attributes);   ///< as setAttributes
+    Attributes2Impl(const Attributes& attributes);            ///< as setAttributes
     Attributes2Impl(const Attributes2Impl& other);            ///< as setAttributes
     Attributes2Impl& operator=(const Attributes2Impl& other); ///< a failure leaves the old list
     ~Attributes2Impl() override;

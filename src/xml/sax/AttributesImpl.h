@@ -24,7 +24,7 @@ namespace Quillon::Xml::Sax {
 class ZUTARNEX_API AttributesImpl : public virtual Attributes {
 public:
     AttributesImpl() noexcept;
-    explicit AttributesImpl(const Attributes& attributes); ///< as setAttributes
+    AttributesImpl(const Attributes& attributes); ///< as setAttributes
     AttributesImpl(const AttributesImpl& other);
     AttributesImpl& operator=(const AttributesImpl& other); ///< a failure leaves the old list
     ~AttributesImpl() override;

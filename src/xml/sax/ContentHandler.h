@@ -2,12 +2,11 @@
 #define ZUTARNEX_XML_SAX_CONTENTHANDLER_H
 
 #include "xml/XmlString.h"
+#include "xml/sax/Attributes.h"
+#include "xml/sax/Locator.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml::Sax {
-
-class Attributes;
-class Locator;
 
 /// Receives the content of a document, in document order:
 ///

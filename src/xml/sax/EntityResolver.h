@@ -2,11 +2,10 @@
 #define ZUTARNEX_XML_SAX_ENTITYRESOLVER_H
 
 #include "xml/XmlString.h"
+#include "xml/sax/InputSource.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml::Sax {
-
-class InputSource;
 
 /// Says where an external entity is to be read from.
 ///

@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_SAX_ERRORHANDLER_H
 #define ZUTARNEX_XML_SAX_ERRORHANDLER_H
 
+#include "xml/sax/SaxParseException.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml::Sax {
-
-class SaxParseException;
 
 /// Receives what a reader has to complain about. The argument is valid only during the call; copies live on.
 ///

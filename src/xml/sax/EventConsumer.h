@@ -2,13 +2,12 @@
 #define ZUTARNEX_XML_SAX_EVENTCONSUMER_H
 
 #include "xml/XmlString.h"
+#include "xml/sax/ContentHandler.h"
+#include "xml/sax/DTDHandler.h"
+#include "xml/sax/ErrorHandler.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml::Sax {
-
-class ContentHandler;
-class DTDHandler;
-class ErrorHandler;
 
 /// The receiving end of an event pipeline: it hands out the handlers to which a producer delivers its events.
 ///

@@ -1,11 +1,10 @@
 #ifndef ZUTARNEX_XML_SAX_EVENTPRODUCER_H
 #define ZUTARNEX_XML_SAX_EVENTPRODUCER_H
 
+#include "xml/sax/EventConsumer.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml::Sax {
-
-class EventConsumer;
 
 /// A stage that pushes events into the next one.
 ///

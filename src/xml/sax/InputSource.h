@@ -1,12 +1,11 @@
 #ifndef ZUTARNEX_XML_SAX_INPUTSOURCE_H
 #define ZUTARNEX_XML_SAX_INPUTSOURCE_H
 
+#include "xml/ReadableByteChannel.h"
 #include "xml/XmlString.h"
 #include "zutarnex/export.h"
 
-namespace Quillon::Xml {
-class ReadableByteChannel;
-}
+namespace Quillon::Xml {}
 
 namespace Quillon::Xml::Sax {
 
@@ -19,8 +18,8 @@ namespace Quillon::Xml::Sax {
 class ZUTARNEX_API InputSource {
 public:
     InputSource(); ///< three empty strings, no channel
-    explicit InputSource(ReadableByteChannel* byteChannel);
-    explicit InputSource(XmlString systemId);
+    InputSource(ReadableByteChannel* byteChannel);
+    InputSource(XmlString systemId);
     InputSource(const InputSource& other);
     InputSource&
     operator=(const InputSource& other) noexcept; ///< takes over all values, whatever the old ones were

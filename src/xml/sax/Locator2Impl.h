@@ -16,7 +16,7 @@ class ZUTARNEX_API Locator2Impl : public LocatorImpl, public Locator2 {
 public:
     Locator2Impl(); ///< as LocatorImpl; null encoding, null version
     /// What `locator` says now; encoding and version stay null when it is no Locator2.
-    explicit Locator2Impl(const Locator& locator);
+    Locator2Impl(const Locator& locator);
     Locator2Impl(const Locator2Impl& other);
     Locator2Impl&
     operator=(const Locator2Impl& other) noexcept; ///< takes over all values, whatever the old ones were

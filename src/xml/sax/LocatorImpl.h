@@ -16,7 +16,7 @@ class ZUTARNEX_API LocatorImpl : public Locator {
 public:
     LocatorImpl(); ///< empty identifiers, line 0, column 0
     /// What `locator` says now.
-    explicit LocatorImpl(const Locator& locator);
+    LocatorImpl(const Locator& locator);
     LocatorImpl(const LocatorImpl& other);
     LocatorImpl&
     operator=(const LocatorImpl& other) noexcept; ///< takes over all values, whatever the old ones were

@@ -16,7 +16,7 @@ namespace Quillon::Xml::Sax {
 class ZUTARNEX_API SaxException {
 public:
     SaxException(); ///< an empty message. Throws: System::OutOfMemoryException
-    explicit SaxException(const XmlString& message);
+    SaxException(const XmlString& message);
     SaxException(const SaxException& other);
     SaxException& operator=(const SaxException& other) noexcept;
     virtual ~SaxException();

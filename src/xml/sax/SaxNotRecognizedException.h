@@ -11,7 +11,7 @@ namespace Quillon::Xml::Sax {
 class ZUTARNEX_API SaxNotRecognizedException : public SaxException {
 public:
     SaxNotRecognizedException(); ///< an empty message. Throws: System::OutOfMemoryException
-    explicit SaxNotRecognizedException(const XmlString& message);
+    SaxNotRecognizedException(const XmlString& message);
     SaxNotRecognizedException(const SaxNotRecognizedException& other);
     SaxNotRecognizedException& operator=(const SaxNotRecognizedException& other) noexcept;
     ~SaxNotRecognizedException() override;

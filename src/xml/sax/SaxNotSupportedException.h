@@ -11,7 +11,7 @@ namespace Quillon::Xml::Sax {
 class ZUTARNEX_API SaxNotSupportedException : public SaxException {
 public:
     SaxNotSupportedException(); ///< an empty message. Throws: System::OutOfMemoryException
-    explicit SaxNotSupportedException(const XmlString& message);
+    SaxNotSupportedException(const XmlString& message);
     SaxNotSupportedException(const SaxNotSupportedException& other);
     SaxNotSupportedException& operator=(const SaxNotSupportedException& other) noexcept;
     ~SaxNotSupportedException() override;

@@ -1,13 +1,12 @@
 #ifndef ZUTARNEX_XML_SAX_SAXPARSEEXCEPTION_H
 #define ZUTARNEX_XML_SAX_SAXPARSEEXCEPTION_H
 
+#include "xml/sax/Locator.h"
 #include "xml/sax/SaxException.h"
 
 #include <cstdint>
 
 namespace Quillon::Xml::Sax {
-
-class Locator;
 
 /// A fault in a document, with the place where it was found.
 ///

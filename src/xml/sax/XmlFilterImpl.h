@@ -31,7 +31,7 @@ class ZUTARNEX_API XmlFilterImpl : public XmlFilter,
                                    public ErrorHandler {
 public:
     XmlFilterImpl() noexcept;
-    explicit XmlFilterImpl(XmlReader* parent) noexcept;
+    XmlFilterImpl(XmlReader* parent) noexcept;
     ~XmlFilterImpl() override;
 
     void setFeature(const XmlString& name, bool value) override;

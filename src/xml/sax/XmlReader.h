@@ -2,15 +2,14 @@
 #define ZUTARNEX_XML_SAX_XMLREADER_H
 
 #include "xml/XmlString.h"
+#include "xml/sax/ContentHandler.h"
+#include "xml/sax/DTDHandler.h"
+#include "xml/sax/EntityResolver.h"
+#include "xml/sax/ErrorHandler.h"
+#include "xml/sax/InputSource.h"
 #include "zutarnex/export.h"
 
 namespace Quillon::Xml::Sax {
-
-class ContentHandler;
-class DTDHandler;
-class EntityResolver;
-class ErrorHandler;
-class InputSource;
 
 /// Reads documents and delivers their events to the handlers that are registered with it.
 ///

@@ -2,20 +2,19 @@
 #define ZUTARNEX_XML_SAX_WRITER_XMLWRITER_H
 
 #include "xml/XmlString.h"
+#include "xml/sax/Attributes.h"
 #include "xml/sax/ContentHandler.h"
 #include "xml/sax/DTDHandler.h"
 #include "xml/sax/DeclHandler.h"
+#include "xml/sax/ErrorHandler.h"
 #include "xml/sax/LexicalHandler.h"
+#include "xml/sax/Locator.h"
 #include "zutarnex/export.h"
 
 #include <cstdint>
 #include <iosfwd>
 
 namespace Quillon::Xml::Sax {
-
-class Attributes;
-class ErrorHandler;
-class Locator;
 
 /// Writes SAX events as XML text to a standard output stream: as the last stage of a reader or filter chain, or
 /// driven by the caller itself.
