@@ -76,36 +76,38 @@ ZUTARNEX_TARGET_AVX2 char* convertAvx2(Units text, Units end, unsigned short las
     return convertSse2(text, end, last, out);
 }
 
-/// Of a pair of surrogates, the second is left out and the first becomes the `?`, as a lone one does.
+/// Of a pair of surrogates, the second is left out and the first becomes the `?`, as a lone one does. Moves from the
+/// registers of masks are slow, so there are some only where there are surrogates.
 ZUTARNEX_TARGET_AVX512 char* convertAvx512(Units text, Units end, unsigned short last, char* out) noexcept {
     const __m512i lastUnit = _mm512_set1_epi16(static_cast<short>(last));
     std::uint32_t highBefore = 0; // 1: the unit before `text` is a high surrogate
     while (text != end) {
         const auto count = static_cast<unsigned int>(std::min<std::ptrdiff_t>(end - text, 32));
-        auto counted = static_cast<__mmask32>(~std::uint32_t{0} >> (32 - count));
-        const __m512i units = _mm512_maskz_loadu_epi16(counted, text);
+        const auto present = static_cast<__mmask32>(~std::uint32_t{0} >> (32 - count));
+        const __m512i units = _mm512_maskz_loadu_epi16(present, text);
+        const __mmask32 isFit = _mm512_cmple_epu16_mask(units, lastUnit);
+        const __m256i bytes =
+            _mm512_cvtepi16_epi8(_mm512_mask_mov_epi16(_mm512_set1_epi16('?'), isFit, units));
+        const __m512i topBits = _mm512_and_si512(units, _mm512_set1_epi16(static_cast<short>(0xF800)));
+        text += count;
+        if (_mm512_cmpeq_epi16_mask(topBits, _mm512_set1_epi16(static_cast<short>(0xD800))) == 0) {
+            _mm256_mask_storeu_epi8(out, present, bytes);
+            out += count;
+            highBefore = 0;
+            continue;
+        }
         const __m512i kind = _mm512_and_si512(units, _mm512_set1_epi16(static_cast<short>(0xFC00)));
         const std::uint32_t high =
             _mm512_cmpeq_epi16_mask(kind, _mm512_set1_epi16(static_cast<short>(0xD800)));
         const std::uint32_t low =
             _mm512_cmpeq_epi16_mask(kind, _mm512_set1_epi16(static_cast<short>(0xDC00)));
-        const __mmask32 isFit = _mm512_cmple_epu16_mask(units, lastUnit);
-        const __m512i limited = _mm512_mask_mov_epi16(_mm512_set1_epi16('?'), isFit, units);
-        const __m256i bytes = _mm512_cvtepi16_epi8(limited);
-        const std::uint32_t second = (high << 1 | highBefore) & low;
-        if (second == 0) {
-            _mm256_mask_storeu_epi8(out, counted, bytes);
-            out += count;
-        } else {
-            counted &= ~second;
-            const auto length = static_cast<unsigned int>(__builtin_popcount(counted));
-            const std::uint64_t stored = (std::uint64_t{1} << length) - 1;
-            _mm256_mask_storeu_epi8(out, static_cast<__mmask32>(stored),
-                                    _mm256_maskz_compress_epi8(counted, bytes));
-            out += length;
-        }
+        const auto counted = static_cast<__mmask32>(present & ~((high << 1 | highBefore) & low));
+        const auto length = static_cast<unsigned int>(__builtin_popcount(counted));
+        const std::uint64_t stored = (std::uint64_t{1} << length) - 1;
+        _mm256_mask_storeu_epi8(out, static_cast<__mmask32>(stored),
+                                _mm256_maskz_compress_epi8(counted, bytes));
+        out += length;
         highBefore = high >> 31;
-        text += count;
     }
     return out;
 }

@@ -296,16 +296,15 @@ ZUTARNEX_TARGET_AVX512 inline char* storeSixteen(const SixteenEncoded& encoded, 
     return out + countOf(encoded.counted);
 }
 
-/// The same for sixteen units among which there are surrogates, and one behind them. Of a pair, the lane of the first
-/// has all four bytes, that of the second none.
+/// Sixteen units among which there are surrogates, and the units one further on. Of a pair, the lane of the first has
+/// all four bytes, that of the second none.
 ///
 /// `consumed`: 1 when the first unit is the second of a pair whose first stood before; then the same for the units
-/// that follow.
-ZUTARNEX_TARGET_AVX512 inline char* convertSurrogates(Units text, unsigned int& consumed,
-                                                      char* out) noexcept {
-    __m512i c = _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text)));
-    const __m512i next =
-        _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + 1)));
+/// that follow. `nothing`: lanes without a unit.
+ZUTARNEX_TARGET_AVX512 inline SixteenEncoded
+encodeSurrogates(__m256i units, __m256i nextUnits, unsigned int& consumed, __mmask16 nothing) noexcept {
+    __m512i c = _mm512_cvtepu16_epi32(units);
+    const __m512i next = _mm512_cvtepu16_epi32(nextUnits);
     const __m512i surrogateBits = _mm512_set1_epi32(0xFC00), lowSurrogate = _mm512_set1_epi32(0xDC00);
     const __m512i kind = _mm512_and_si512(c, surrogateBits);
     const unsigned int high = _mm512_cmpeq_epi32_mask(kind, _mm512_set1_epi32(0xD800));
@@ -321,12 +320,58 @@ ZUTARNEX_TARGET_AVX512 inline char* convertSurrogates(Units text, unsigned int& 
                                            _mm512_set1_epi32(static_cast<int>(kSurplus)));
     c = _mm512_mask_mov_epi32(c, pairs, whole);
     consumed = second >> 16;
-    return storeSixteen(encodeSixteen(c, pairs, static_cast<__mmask16>(second)), out);
+    return encodeSixteen(c, pairs, static_cast<__mmask16>(second | nothing));
 }
 
-ZUTARNEX_TARGET_AVX512 char* convertAvx512(Units text, Units end, char* out) noexcept {
-    constexpr std::ptrdiff_t kBehind =
-        65; // units, and so bytes but for one, behind what a store may count none of
+ZUTARNEX_TARGET_AVX512 inline char* convertSurrogates(Units text, unsigned int& consumed,
+                                                      char* out) noexcept {
+    const __m256i units = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text));
+    const __m256i next = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + 1));
+    return storeSixteen(encodeSurrogates(units, next, consumed, 0), out);
+}
+
+ZUTARNEX_TARGET_AVX512 inline bool isAsciiOnly(__m256i units) noexcept {
+    return _mm256_test_epi16_mask(units, _mm256_set1_epi16(static_cast<short>(0xFF80))) == 0;
+}
+
+ZUTARNEX_TARGET_AVX512 inline bool hasSurrogates(__m256i units) noexcept {
+    const __m256i topBits = _mm256_and_si256(units, _mm256_set1_epi16(static_cast<short>(0xF800)));
+    return _mm256_cmpeq_epi16_mask(topBits, _mm256_set1_epi16(static_cast<short>(0xD800))) != 0;
+}
+
+/// What is too little for stores that write too much. On its own, so that a short text does not wait for what long ones
+/// keep in registers.
+ZUTARNEX_TARGET_AVX512 [[gnu::noinline]] char* convertRest(Units text, Units end, char* out) noexcept {
+    unsigned int consumed = 0;
+    while (text != end) {
+        const auto left = static_cast<std::size_t>(end - text);
+        const std::size_t count = std::min<std::size_t>(left, 16);
+        const auto lanes = static_cast<__mmask16>(0xFFFFu >> (16 - count));
+        const __m256i units = _mm256_maskz_loadu_epi16(lanes, text);
+        if (isAsciiOnly(units)) {
+            _mm_mask_storeu_epi8(out, lanes, _mm256_cvtepi16_epi8(units));
+            out += count;
+        } else {
+            const auto nothing = static_cast<__mmask16>(~lanes);
+            const auto nextLanes = left > 16 ? lanes : static_cast<__mmask16>(lanes >> 1);
+            const SixteenEncoded encoded =
+                hasSurrogates(units) ? encodeSurrogates(units, _mm256_maskz_loadu_epi16(nextLanes, text + 1),
+                                                        consumed, nothing)
+                                     : encodeSixteen(_mm512_cvtepu16_epi32(units), 0, nothing);
+            const unsigned int length = countOf(encoded.counted);
+            _mm512_mask_storeu_epi8(out, firstBytes(length),
+                                    _mm512_maskz_compress_epi8(encoded.counted, encoded.bytes));
+            out += length;
+        }
+        text += count;
+    }
+    return out;
+}
+
+// Units, and so bytes but for one, behind what a store may count none of.
+constexpr std::ptrdiff_t kBehind = 65;
+
+ZUTARNEX_TARGET_AVX512 char* convertLong(Units text, Units end, char* out) noexcept {
     const __m512i notAscii = _mm512_set1_epi16(static_cast<short>(0xFF80));
     unsigned int consumed = 0; // 1: the first unit is the second of a pair that is already converted
     for (; end - text >= 32 + kBehind; text += 32) {
@@ -345,7 +390,11 @@ ZUTARNEX_TARGET_AVX512 char* convertAvx512(Units text, Units end, char* out) noe
             out = convertSurrogates(text + 16, consumed, out);
         }
     }
-    return convertAvx2(text + consumed, end, out);
+    return convertRest(text + consumed, end, out);
+}
+
+char* convertAvx512(Units text, Units end, char* out) noexcept {
+    return end - text < 32 + kBehind ? convertRest(text, end, out) : convertLong(text, end, out);
 }
 
 } // namespace
