@@ -4,7 +4,6 @@
 #include "net/UriParserInternal.h"
 #include "xml/NullPointerException.h"
 
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -23,17 +22,14 @@ void replaceIfPresent(unsigned char*& component, OwnedText text) noexcept {
         replace(component, text.release());
 }
 
-[[noreturn]] void throwParserOutOfMemory() {
-    throw 1;
-}
-
-void store(URI& uri, void (URI::*set)(unsigned char*) noexcept, TextRange range) {
+/// The copy that a parsed URI owns.
+unsigned char* stored(TextRange range) {
     if (!range.isPresent())
-        return;
+        return nullptr;
     OwnedText text = tryDuplicate(range);
     if (!text)
-        throwParserOutOfMemory();
-    (uri.*set)(text.release());
+        throwOutOfMemory();
+    return text.release();
 }
 
 } // namespace
@@ -104,19 +100,17 @@ void URI::cleanup() noexcept {
 URI* URI::construct(const unsigned char* text) {
     if (!text)
         Xml::NullPointerException::doThrow();
-    if (lengthOf(text) >= std::numeric_limits<std::uint32_t>::max())
-        throwParserOutOfMemory();
     const UriParts parts = parseUri(text);
     std::unique_ptr<URI> uri(new (std::nothrow) URI);
     if (!uri)
-        throwParserOutOfMemory();
-    store(*uri, &URI::setScheme, parts.scheme);
-    store(*uri, &URI::setAuthority, parts.authority);
-    store(*uri, &URI::setPath, parts.path);
-    store(*uri, &URI::setQuery, parts.query);
-    store(*uri, &URI::setFragment, parts.fragment);
-    store(*uri, &URI::setUserInfo, parts.userInfo);
-    store(*uri, &URI::setHost, parts.host);
+        throwOutOfMemory();
+    uri->scheme_ = stored(parts.scheme);
+    uri->authority_ = stored(parts.authority);
+    uri->path_ = stored(parts.path);
+    uri->query_ = stored(parts.query);
+    uri->fragment_ = stored(parts.fragment);
+    uri->userInfo_ = stored(parts.userInfo);
+    uri->host_ = stored(parts.host);
     // Deliberate: as if a temporary had been copied, the port is left out (tests/net/UriParserTest.cpp,
     // PortIsNotDelivered).
     return uri.release();

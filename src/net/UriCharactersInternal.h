@@ -37,6 +37,19 @@ private:
     std::uint64_t masks_[2] = {0, 0};
 };
 
+/// A set for scanning: one load for each character.
+class CharacterTable {
+public:
+    constexpr explicit CharacterTable(CharacterSet set) {
+        for (unsigned int c = 0; c < 256; ++c)
+            contains_[c] = set.contains(static_cast<unsigned char>(c));
+    }
+    constexpr bool contains(unsigned char c) const { return contains_[c]; }
+
+private:
+    bool contains_[256] = {};
+};
+
 // The classes of RFC 3986. The masks are part of the library's constant data, so that they are there as soon as it is
 // loaded, before any initialiser runs. "%" is in none of them: it is an escape everywhere.
 inline constexpr CharacterSet kAlpha = CharacterSet::between('A', 'Z') | CharacterSet::between('a', 'z');

@@ -3,6 +3,8 @@
 
 #include "net/UriPathInternal.h"
 
+#include <algorithm>
+
 namespace Quillon::Net {
 
 namespace {
@@ -12,10 +14,11 @@ unsigned char lowerCase(unsigned char c) noexcept {
 }
 
 OwnedText lowerCaseCopy(const unsigned char* text) {
-    OwnedText copy = duplicate(text);
-    if (copy)
-        for (unsigned char* at = copy.get(); *at; ++at)
-            *at = lowerCase(*at);
+    if (!text)
+        return nullptr;
+    const TextRange whole = wholeOf(text);
+    OwnedText copy = allocateText(whole.size());
+    *std::transform(whole.begin, whole.end, copy.get(), lowerCase) = 0;
     return copy;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 /// A kind of component: what it is made of, what may follow it, and what is said of anything else.
 struct Component {
-    CharacterSet members;
+    CharacterTable members;
     CharacterSet ends; // shares nothing with the members: the first character that is no member decides
     const char* illegal;
 };
@@ -22,18 +22,25 @@ constexpr CharacterSet kHostEnds = CharacterSet(":/?#") | kTerminator;
 constexpr CharacterSet kUserInfoStops = CharacterSet("@[/?#") | kTerminator;
 constexpr CharacterSet kLiteralStops = CharacterSet("]?#") | kTerminator;
 
-constexpr Component kScheme{kSchemeCharacters, CharacterSet(":"), "Illegal character in scheme name"};
-constexpr Component kUserInfo{kUserInfoCharacters, CharacterSet("@"), "Illegal character in userinfo"};
-constexpr Component kRegName{kRegNameCharacters, kHostEnds, "Illegal character in reg-name"};
-constexpr Component kPort{kDigits, kSegmentEnds, "Illegal character in port"};
-constexpr Component kPathAbempty{kPathCharacters, kPathEnds, "Illegal character in path"};
-constexpr Component kAbsolutePath{kPathCharacters, kPathEnds, "Illegal character in absolute path"};
-constexpr Component kRootlessPath{kPathCharacters, kPathEnds, "Illegal character in rootless path"};
-constexpr Component kFirstSegment{kSegmentNzNcCharacters, kSegmentEnds, "Illegal character in segment-nz-nc"};
-constexpr Component kSegment{kSegmentCharacters, kSegmentEnds, "Illegal character in segment"};
-constexpr Component kQuery{kQueryCharacters, CharacterSet("#") | kTerminator, "Illegal character in query"};
+constexpr Component kScheme{CharacterTable(kSchemeCharacters), CharacterSet(":"),
+                            "Illegal character in scheme name"};
+constexpr Component kUserInfo{CharacterTable(kUserInfoCharacters), CharacterSet("@"),
+                              "Illegal character in userinfo"};
+constexpr Component kRegName{CharacterTable(kRegNameCharacters), kHostEnds, "Illegal character in reg-name"};
+constexpr Component kPort{CharacterTable(kDigits), kSegmentEnds, "Illegal character in port"};
+constexpr Component kPathAbempty{CharacterTable(kPathCharacters), kPathEnds, "Illegal character in path"};
+constexpr Component kAbsolutePath{CharacterTable(kPathCharacters), kPathEnds,
+                                  "Illegal character in absolute path"};
+constexpr Component kRootlessPath{CharacterTable(kPathCharacters), kPathEnds,
+                                  "Illegal character in rootless path"};
+constexpr Component kFirstSegment{CharacterTable(kSegmentNzNcCharacters), kSegmentEnds,
+                                  "Illegal character in segment-nz-nc"};
+constexpr Component kSegment{CharacterTable(kSegmentCharacters), kSegmentEnds,
+                             "Illegal character in segment"};
+constexpr Component kQuery{CharacterTable(kQueryCharacters), CharacterSet("#") | kTerminator,
+                           "Illegal character in query"};
 // Deliberate: a fault in the fragment names the query (tests/net/UriParserTest.cpp, FragmentFaultNamesTheQuery).
-constexpr Component kFragment{kQueryCharacters, kTerminator, "Illegal character in query"};
+constexpr Component kFragment{CharacterTable(kQueryCharacters), kTerminator, "Illegal character in query"};
 
 constexpr char kMalformedEscape[] = "Malformed escape pair";
 constexpr char kNoScheme[] = "Expecting scheme name";
@@ -63,7 +70,8 @@ Position findFirst(CharacterSet stops, Position at) noexcept {
 /// Skips the component's members and whole escapes.
 Position skipComponent(const Component& component, Position at) noexcept {
     for (;;) {
-        at = skip(component.members, at);
+        while (component.members.contains(*at))
+            ++at;
         if (*at != '%' || !kHexDigits.contains(at[1]) || !kHexDigits.contains(at[2]))
             return at;
         at += 3;
@@ -79,7 +87,7 @@ int decimalAt(Position at) noexcept {
     return static_cast<int>(value < kMaximum ? value : kMaximum);
 }
 
-/// Reads from the front to the back. The text's terminator is in no class, so that it ends every part and nothing has
+/// Reads from the front to the back, and what is in order once. The text's terminator is in no class, so that it ends every part and nothing has
 /// to be told where the text ends.
 class Parser {
 public:
@@ -89,10 +97,13 @@ public:
 
 private:
     [[noreturn]] void fail(const char* reason, Position where) const;
+    bool isTooLong(Position end) const noexcept;
     TextRange take(const Component& component);
 
-    void parseScheme();
+    bool parseScheme();
+    void refuseScheme();
     void parseAuthorityAndPath();
+    void parseAuthority();
     void parseUserInfo();
     void parseHost();
     void parsePort();
@@ -109,13 +120,12 @@ private:
 
     const Position text_;
     Position at_;
+    Position nameEnd_ = nullptr; ///< what begins the text and could be a scheme ends here
     UriParts parts_;
 };
 
 UriParts Parser::parse() {
-    const bool hasScheme = *findFirst(kHostEnds, at_) == ':';
-    if (hasScheme)
-        parseScheme();
+    const bool hasScheme = parseScheme();
     if (at_[0] == '/' && at_[1] == '/')
         parseAuthorityAndPath();
     else if (*at_ == '/')
@@ -126,10 +136,19 @@ UriParts Parser::parse() {
         parseRelativePath();
     parseQuery();
     parseFragment();
+    if (isTooLong(at_))
+        throwOutOfMemory();
     return parts_;
 }
 
+/// Whether the text, up to its end, is longer than an index can say.
+bool Parser::isTooLong(Position end) const noexcept {
+    return static_cast<std::size_t>(end - text_) >= std::numeric_limits<std::uint32_t>::max();
+}
+
 void Parser::fail(const char* reason, Position where) const {
+    if (isTooLong(text_ + lengthOf(text_)))
+        throwOutOfMemory();
     throw URISyntaxException(text_, reason, static_cast<unsigned int>(where - text_));
 }
 
@@ -142,23 +161,55 @@ TextRange Parser::take(const Component& component) {
     return {begin, at_};
 }
 
-void Parser::parseScheme() {
+/// False when there is none.
+bool Parser::parseScheme() {
+    nameEnd_ = skipComponent(kScheme, at_);
+    if (*nameEnd_ == ':' && kAlpha.contains(*at_)) {
+        parts_.scheme = {at_, nameEnd_};
+        at_ = nameEnd_ + 1;
+        return true;
+    }
+    if (*findFirst(kHostEnds, nameEnd_) == ':')
+        refuseScheme();
+    return false;
+}
+
+void Parser::refuseScheme() {
     if (*at_ == ':')
         fail(kNoScheme, at_);
     if (!kAlpha.contains(*at_))
         fail(kScheme.illegal, at_);
-    parts_.scheme = take(kScheme);
-    ++at_;
+    take(kScheme);
 }
 
 void Parser::parseAuthorityAndPath() {
     at_ += 2;
     const Position begin = at_;
-    parseUserInfo();
-    parseHost();
-    parsePort();
+    parseAuthority();
     parts_.authority = {begin, at_};
     parts_.path = take(kPathAbempty);
+}
+
+/// What stands before an "@" or, without one, a host may be: a host's characters are those of user information but for
+/// the colon. Where that is not all, there is a fault or an IP literal.
+void Parser::parseAuthority() {
+    const Position begin = at_;
+    const Position nameEnd = skipComponent(kRegName, begin);
+    const Position end = *nameEnd == ':' ? skipComponent(kUserInfo, nameEnd) : nameEnd;
+    if (kSegmentEnds.contains(*end)) {
+        if (nameEnd != begin)
+            parts_.host = {begin, nameEnd};
+        at_ = nameEnd;
+    } else {
+        if (*end == '@') {
+            parts_.userInfo = {begin, end};
+            at_ = end + 1;
+        } else {
+            parseUserInfo();
+        }
+        parseHost();
+    }
+    parsePort();
 }
 
 void Parser::parseUserInfo() {
@@ -190,6 +241,7 @@ void Parser::parsePort() {
 
 void Parser::parseRelativePath() {
     const Position begin = at_;
+    at_ = nameEnd_; // a scheme's characters are a first segment's, too
     take(kFirstSegment);
     while (*at_ == '/') {
         ++at_;
@@ -287,6 +339,10 @@ void Parser::checkPrefixLength(Position at) const {
 }
 
 } // namespace
+
+void throwOutOfMemory() {
+    throw 1;
+}
 
 UriParts parseUri(const unsigned char* text) {
     return Parser(text).parse();

@@ -11,7 +11,11 @@ struct UriParts {
     int port = -1; ///< clamped to what an int holds; an escape ends the number
 };
 
-/// Takes `text` apart, allocating nothing. Throws: URISyntaxException. REQUIRES: fewer than 2^32 bytes.
+/// How the parser says that there is no memory.
+[[noreturn]] void throwOutOfMemory();
+
+/// Takes `text` apart, allocating nothing. Throws: URISyntaxException; throwOutOfMemory() for a text of 4 GiB - 1 or more,
+/// whatever stands in it.
 UriParts parseUri(const unsigned char* text);
 
 } // namespace Quillon::Net

@@ -6,14 +6,6 @@ namespace Quillon::Net {
 
 namespace {
 
-bool startsWith(const unsigned char* text, const char* start) noexcept {
-    return std::strncmp(reinterpret_cast<const char*>(text), start, std::strlen(start)) == 0;
-}
-
-bool equals(const unsigned char* text, const char* other) noexcept {
-    return std::strcmp(reinterpret_cast<const char*>(text), other) == 0;
-}
-
 /// Where the last "/" of [begin, end) stands; `begin` when there is none.
 unsigned char* withoutLastSegment(unsigned char* begin, unsigned char* end) noexcept {
     while (end != begin)
@@ -34,6 +26,18 @@ OwnedText concatenation(TextRange first, TextRange second) {
     OwnedText text = allocateText(std::uint64_t{first.size()} + second.size());
     *append(append(text.get(), first), second) = 0;
     return text;
+}
+
+/// A segment "." or "..", of one or two characters; of none: another segment.
+struct DotSegment {
+    int length;
+    bool isLast;
+};
+
+DotSegment dotSegmentAt(const unsigned char* segment) noexcept {
+    const int length = segment[0] != '.' ? 0 : segment[1] != '.' ? 1 : 2;
+    const unsigned char behind = segment[length];
+    return {behind == 0 || behind == '/' ? length : 0, behind == 0};
 }
 
 constexpr unsigned char kSlash[] = "/";
@@ -58,25 +62,23 @@ void removeDotSegments(unsigned char* path) noexcept {
     unsigned char* in = path;
     unsigned char* out = path;
     while (*in) {
-        if (startsWith(in, "../")) {
-            in += 3;
-        } else if (startsWith(in, "./") || startsWith(in, "/./")) {
-            in += 2;
-        } else if (equals(in, "/.")) {
-            in[1] = 0;
-        } else if (startsWith(in, "/../")) {
-            in += 3;
-            out = withoutLastSegment(path, out);
-        } else if (equals(in, "/..")) {
-            in[1] = 0;
-            out = withoutLastSegment(path, out);
-        } else if (equals(in, ".") || equals(in, "..")) {
-            break;
-        } else {
+        const bool hasSlash = *in == '/';
+        const DotSegment dots = dotSegmentAt(in + hasSlash);
+        if (dots.length == 0) {
             do
                 *out++ = *in++;
             while (*in && *in != '/');
+            continue;
         }
+        if (hasSlash && dots.length == 2)
+            out = withoutLastSegment(path, out);
+        if (dots.isLast) {
+            if (hasSlash)
+                *out++ = '/';
+            break;
+        }
+        in += dots.length
+              + 1; // with the slash before it, which that behind it stands for, or with that behind it
     }
     *out = 0;
 }

@@ -52,7 +52,9 @@ OwnedText duplicateOrEmpty(const unsigned char* text);
 
 /// Copies `range` to `target` and returns the place behind the copy.
 inline unsigned char* append(unsigned char* target, TextRange range) noexcept {
-    return std::copy(range.begin, range.end, target);
+    if (range.isPresent())
+        std::memcpy(target, range.begin, range.size());
+    return target + range.size();
 }
 
 } // namespace Quillon::Net
