@@ -31,10 +31,17 @@ std::uint32_t hashOf(const char* name) noexcept {
     return Runtime::hashBytes(name, Runtime::utf8CharacterCount(name, Runtime::lengthOf(name)));
 }
 
+/// A name and its hash, which is the same at every comparison.
+struct Key {
+    explicit Key(const char* text) noexcept : hash(hashOf(text)), name(text) {}
+
+    std::uint32_t hash;
+    const char* name;
+};
+
 struct OrdersByHashThenBytes {
-    bool operator()(const char* left, const char* right) const noexcept {
-        const std::uint32_t leftHash = hashOf(left), rightHash = hashOf(right);
-        return leftHash != rightHash ? leftHash < rightHash : std::strcmp(left, right) < 0;
+    bool operator()(const Key& left, const Key& right) const noexcept {
+        return left.hash != right.hash ? left.hash < right.hash : std::strcmp(left.name, right.name) < 0;
     }
 };
 
@@ -55,7 +62,7 @@ struct NameIdMap::Impl {
     /// One block: the entries by id, of which slot 0 stays empty, and behind them the slots of the front.
     std::unique_ptr<Entry*[]> entries =
         std::make_unique<Entry*[]>(kFirstCapacity + Front::slotCountFor(kFirstCapacity));
-    std::map<const char*, Entry*, OrdersByHashThenBytes> index;
+    std::map<Key, Entry*, OrdersByHashThenBytes> index;
     std::uint32_t capacity = kFirstCapacity;
     std::uint32_t next = 1;
     Front front{entries.get() + kFirstCapacity, Front::slotCountFor(kFirstCapacity)};
@@ -88,7 +95,7 @@ const Entry* NameIdMap::Impl::find(const char* name) const noexcept {
         hashForFront(name), [name](const Entry& other) { return std::strcmp(name, other.name) == 0; });
     if (entry != nullptr || front.holdsAll())
         return entry;
-    const auto found = index.find(name);
+    const auto found = index.find(Key(name));
     return found != index.end() ? found->second : nullptr;
 }
 
@@ -134,7 +141,7 @@ unsigned int NameIdMap::insert(const char* name) {
     if (impl_->next + 1 > impl_->capacity)
         impl_->grow();
     auto entry = std::make_unique<Entry>(Entry{name, impl_->next, hashForFront(name)});
-    impl_->index.insert_or_assign(name, entry.get());
+    impl_->index.insert_or_assign(Key(name), entry.get());
     impl_->putInFront(*entry);
     impl_->entries[impl_->next] = entry.release();
     return impl_->next++;

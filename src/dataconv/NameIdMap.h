@@ -17,7 +17,7 @@ namespace Quillon::DataConv {
 /// Threads:   only the creation of the process's map is locked; whoever inserts from several threads takes care.
 /// Throws:    std::bad_alloc, the map being unchanged.
 /// Cost:      lookups by id are constant; by name, too, unless names were chosen to have the same hash; none allocates. An
-///            insertion is logarithmic, hashing two names at every step.
+///            insertion is logarithmic.
 class ZUTARNEX_API NameIdMap {
 public:
     /// The map of the process, made by the first call and let go at the process's exit.

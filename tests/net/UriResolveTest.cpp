@@ -221,5 +221,17 @@ TEST_F(UriResolveTest, SurvivesEveryFailure) {
     }
 }
 
+/// Merging two paths and removing dot segments included.
+TEST_F(UriResolveTest, AllocatesOneBlockForEachComponent) {
+    const UriPtr base = parsed("x://a/b/c?q#f");
+    for (const char* text : {"g/../h?q#f", "../g?q#f", "/p/./p?q#f", "//h/p/..?q#f", "x://h/p?q#f", "?q#f"}) {
+        const UriPtr reference = parsed(text);
+        const std::size_t host = hostMemory().requests(), objects = newMemory().requests();
+        const UriPtr target(reference->resolve(*base, true));
+        EXPECT_EQ(host + 5, hostMemory().requests()) << text;
+        EXPECT_EQ(objects + 1, newMemory().requests()) << text;
+    }
+}
+
 } // namespace
 } // namespace Quillon::Testing
