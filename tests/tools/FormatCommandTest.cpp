@@ -1,6 +1,7 @@
 #include "tools/ToolRunner.h"
 
 #include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 namespace Quillon::Testing {
@@ -199,6 +200,25 @@ TEST_F(FormatCommandTest, AClosedPipeEndsALongJobWithStatusThree) {
     EXPECT_EQ(3, closed.status);
     EXPECT_EQ("standard output: error: Broken pipe\n", closed.err);
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep what was freed
+TEST_F(FormatCommandTest, MemoryDoesNotGrowWithTheDocument) {
+    std::string rows;
+    for (int i = 0; i < 10000; ++i)
+        rows += "<row id='" + std::to_string(i * 7919LL % 10007) + "'><name>text &amp; text</name>\n</row>";
+    std::ofstream document(path("long.xml"), std::ios::binary);
+    document << "<table>";
+    for (int i = 0; i < 40; ++i) // 20 MB
+        document << rows;
+    document << "</table>";
+    document.close();
+    for (const char* form : {"none", "2"}) {
+        const Outcome done = runInto("/dev/null", {"format", "--indent", form, "long.xml"});
+        EXPECT_EQ(0, done.status);
+        EXPECT_LE(done.peakMemory, 16 * 1024);
+    }
+}
+#endif
 
 TEST_F(FormatCommandTest, WrongUsageIsStatusTwo) {
     for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{

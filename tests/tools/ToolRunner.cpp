@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -76,8 +77,9 @@ Outcome ToolTest::spawn(int standardOutput, const std::vector<std::string>& argu
     for (const int descriptor : {in, err, standardOutput})
         ::close(descriptor);
     int status = 0;
-    ::waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, "", read(kErrors)};
+    rusage usage{};
+    ::wait4(child, &status, 0, &usage);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, "", read(kErrors), usage.ru_maxrss};
 }
 
 Outcome ToolTest::run(const std::vector<std::string>& arguments, const std::string& input) {

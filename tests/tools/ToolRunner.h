@@ -13,6 +13,7 @@ struct Outcome {
     int status; ///< the exit status; -1 when a signal ended the process
     std::string out;
     std::string err;
+    long peakMemory; ///< the most that the process had at a time, in KiB
 };
 
 /// A folder of its own for each test, in which the tool runs.
