@@ -219,9 +219,28 @@ void ContentEvents::closeElement() {
     }
 }
 
-void ContentEvents::text(UnitSpan units) {
-    if (units.size == 0)
+inline void ContentEvents::deliver(UnitSpan units) {
+    Xml::Sax::ContentHandler* const content = context_.handlers.content;
+    if (!content)
         return;
+    const bool isIgnorable = isContentOfElements_ && !inCdata_ && isWhiteSpace(units);
+    if (isIgnorable)
+        content->ignorableWhitespace(units.data, 0, units.size);
+    else
+        content->characters(units.data, 0, units.size);
+}
+
+void ContentEvents::text(UnitSpan units) {
+    const bool isWhole =
+        heldSurrogate_ == 0 && units.size != 0 && !isHighSurrogate(units.data[units.size - 1]);
+    if (isWhole)
+        deliver(units);
+    else if (units.size != 0)
+        textWithHalfPair(units);
+}
+
+/// Text that begins or ends inside a pair of surrogates: Expat cuts where its buffer ends.
+void ContentEvents::textWithHalfPair(UnitSpan units) {
     if (heldSurrogate_ != 0)
         joinPair(units);
     if (units.size != 0 && isHighSurrogate(units.data[units.size - 1])) {
@@ -241,16 +260,6 @@ void ContentEvents::joinPair(UnitSpan& units) {
     units = units.from(1);
     const EventPlace place(context_, heldPlace_);
     deliver(UnitSpan(pair, 2));
-}
-
-void ContentEvents::deliver(UnitSpan units) {
-    if (!context_.handlers.content)
-        return;
-    const bool isIgnorable = isContentOfElements_ && !inCdata_ && isWhiteSpace(units);
-    if (isIgnorable)
-        context_.handlers.content->ignorableWhitespace(units.data, 0, units.size);
-    else
-        context_.handlers.content->characters(units.data, 0, units.size);
 }
 
 void ContentEvents::endText() {

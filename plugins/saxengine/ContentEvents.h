@@ -56,6 +56,7 @@ private:
     void closeElement();
     [[noreturn]] void failHeldSurrogate();
     void deliver(UnitSpan units);
+    void textWithHalfPair(UnitSpan units);
     void joinPair(UnitSpan& units);
 
     ParseContext& context_;
