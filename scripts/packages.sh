@@ -2,7 +2,7 @@
 
 base_packages="g++ cmake ninja-build python3-minimal libboost-dev libexpat1-dev libcli11-dev"
 test_packages="$base_packages libc6-dev binutils googletest pkg-config"
-bench_packages="$base_packages python3 libbenchmark-dev qt6-base-dev libpoco-dev libxerces-c-dev libxml2-dev libxml2-utils liburiparser-dev libssl-dev libicu-dev shared-mime-info"
+bench_peers="qt6-base-dev libpoco-dev libxerces-c-dev libxml2-dev libxml2-utils liburiparser-dev libssl-dev libicu-dev shared-mime-info"
 all_packages="$test_packages clang g++-multilib libclang-rt-dev ccache libxml2-utils valgrind clang-format clang-tidy codespell"
 
 as_root() {

@@ -25,11 +25,10 @@ def element_with_attributes(generator, number):
 
 
 def paragraph(generator, number):
-    text = words(generator, 150)
+    text = words(generator, 150).split(" ")
     for mark in ("&amp;", "&lt;", "<em>now</em>"):
-        at = generator.randrange(len(text))
-        text = text[:at] + mark + text[at:]
-    return "<p>%s</p>\n" % text
+        text.insert(generator.randrange(len(text)), mark)
+    return "<p>%s</p>\n" % " ".join(text)
 
 
 def write_repeated(path, make):
