@@ -99,6 +99,17 @@ def verdicts(row, figures):
     return judged
 
 
+def halved(row):
+    """The goals of the 32-bit build: half the speed, the same memory."""
+    factors = {"<=": 2, ">=": 0.5}
+    goals = []
+    for goal in row.goals:
+        amount = goal.number if goal.unit else goal.number * factors[goal.relation]
+        rest = goal.text.split(" ", 2)[2:]
+        goals.append(goal._replace(number=amount, text=" ".join([goal.relation, "%g" % amount] + rest)))
+    return row._replace(goals=goals)
+
+
 def is_peer(competitor):
     """Not the library in another mode, nor what only reads."""
     return not competitor.startswith(LIBRARY) and not competitor.endswith("(empty)")

@@ -93,8 +93,12 @@ def main(quick, build, out, build32=None):
     print("whole processes", flush=True)
     figures.update(whole_process.measure(os.path.join(build, "bin"), paths, effort.rounds))
     growths = run_growth(build, effort)
-    figures32 = run_families(build32, rows, effort, "/zutarnex$") if build32 else {}
-    if not build32:
+    figures32 = {}
+    if build32:
+        figures32 = run_families(build32, rows, effort, "/zutarnex$")
+        figures32.update(whole_process.measure(os.path.join(build32, "bin"), paths, effort.rounds,
+                                               ["zutarnex", "Expat (empty)"]))
+    else:
         left_out.append("the i386 build")
 
     text = report.markdown(rows, figures, figures32, growths, facts_of(build, peers), left_out)
