@@ -56,9 +56,14 @@ def cost(figures, ours, best):
     return " / ".join(number(value) for value in values) + unit
 
 
+def measured(rows, figures):
+    return [row for row in rows if LIBRARY in figures.get(row.workload, {})]
+
+
 def results_table(rows, figures):
-    header = ["workload", LIBRARY, "best peer", "times as fast", "others", "goal (actual)", "", "allocations or memory"]
-    return table(header, [result_row(row, figures[row.workload]) for row in rows if LIBRARY in figures.get(row.workload, {})])
+    header = ["workload", LIBRARY, "best peer", "times as fast", "others", "goal (actual)", "",
+              "allocations or memory"]
+    return table(header, [result_row(row, figures[row.workload]) for row in measured(rows, figures)])
 
 
 def growth_table(growths):
@@ -80,8 +85,8 @@ def i386_table(rows, figures, figures32):
 
 
 def missed_rows(rows, figures):
-    return [row.title for row in rows if LIBRARY in figures.get(row.workload, {})
-            and not all(verdict.reached for verdict in verdicts(row, figures[row.workload]))]
+    return [row.title for row in measured(rows, figures)
+            if not all(verdict.reached for verdict in verdicts(row, figures[row.workload]))]
 
 
 def missed(rows, figures, figures32, growths):
@@ -114,11 +119,9 @@ def markdown(rows, figures, figures32, growths, facts, left_out):
 
 def chart_lines(rows, figures):
     """For bench/chart: one line per competitor, the workload's title and measure in front of it."""
-    for row in rows:
-        if not row.goals or LIBRARY not in figures.get(row.workload, {}):
-            continue
+    for row in measured(rows, figures):
         competitors = figures[row.workload]
-        if not peers_by_speed(competitors):
+        if not row.goals or not peers_by_speed(competitors):
             continue
-        for name in sorted(competitors, key=lambda name: competitors[name].time):
-            yield "\t".join([row.title, row.measure, name, repr(competitors[name].value), repr(competitors[name].time)])
+        for name, result in sorted(competitors.items(), key=lambda item: item[1].time):
+            yield "\t".join([row.title, row.measure, name, repr(result.value), repr(result.time)])

@@ -31,7 +31,8 @@ def read_rows(path):
         if line.startswith("#") or not line.strip():
             continue
         workload, title, measure, goals = line.rstrip("\n").split("\t")
-        rows.append(Row(workload, title, measure, [parse_goal(goal.strip()) for goal in goals.split(";") if goal.strip()]))
+        goals = [parse_goal(goal.strip()) for goal in goals.split(";") if goal.strip()]
+        rows.append(Row(workload, title, measure, goals))
     return rows
 
 

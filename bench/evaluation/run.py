@@ -26,7 +26,7 @@ class Effort:
         self.repetitions, self.min_time = (3, 0.02) if quick else (11, 0.08)
         self.rounds = 1 if quick else 5
         self.growth_repetitions = 1 if quick else 3
-        self.growth_limit = 0.1 if quick else 1.0
+        self.growth_limit = 0.1 if quick else 0.5
 
 
 def run_benchmark(build, name, arguments, environment=None):
@@ -62,7 +62,7 @@ def cache_entry(build, name):
     return re.search("^%s:[A-Z]*=(.*)$" % name, cache, re.M).group(1)
 
 
-def facts_of(build, peers):
+def facts_of(build, peers, effort):
     cpu = re.search(r"model name\s*: (.*)", open("/proc/cpuinfo").read()).group(1)
     system = re.search('PRETTY_NAME="(.*)"', open("/etc/os-release").read()).group(1)
     compiler = cache_entry(build, "CMAKE_CXX_COMPILER")
@@ -72,6 +72,8 @@ def facts_of(build, peers):
         ("Compiler", "%s, %s" % (version, cache_entry(build, "CMAKE_CXX_FLAGS_RELEASE"))),
         ("Peers", ", ".join("%s %s" % (name, version) for name, version in peers if version)
          + ", and the C library, glibc " + os.confstr("CS_GNU_LIBC_VERSION").split()[1]),
+        ("Runs", "%d of each benchmark, %d of each process, %d of each size of growing input"
+         % (effort.repetitions, effort.rounds, effort.growth_repetitions)),
         ("Date", datetime.date.today().isoformat()),
     ]
 
@@ -101,7 +103,7 @@ def main(quick, build, out, build32=None):
     else:
         left_out.append("the i386 build")
 
-    text = report.markdown(rows, figures, figures32, growths, facts_of(build, peers), left_out)
+    text = report.markdown(rows, figures, figures32, growths, facts_of(build, peers, effort), left_out)
     with open(os.path.join(out, "RESULTS.md"), "w") as results_file:
         results_file.write(text)
     draw(build, rows, figures, out)

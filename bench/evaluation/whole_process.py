@@ -33,7 +33,8 @@ def run(launcher, command):
 def measure(binaries, documents, rounds, names=None):
     """{workload: {competitor: Figure}} of all competitors that are there, or of those that `names` holds."""
     programs = [(name, [part.format(bin=binaries) for part in command]) for name, command in PROGRAMS]
-    programs = [(name, command) for name, command in programs if os.path.exists(command[0]) and (names is None or name in names)]
+    programs = [(name, command) for name, command in programs
+                if os.path.exists(command[0]) and (names is None or name in names)]
     figures = collections.defaultdict(dict)
     for document, path in documents.items():
         with open(path, "rb") as file:  # into the page cache
