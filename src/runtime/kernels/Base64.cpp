@@ -289,9 +289,8 @@ ZUTARNEX_TARGET_AVX512 std::size_t decodeAvx512(Bytes& in, Bytes end, std::size_
     std::size_t done = 0;
     while (!text.isStopped && maxGroups - done > kFew
            && static_cast<std::size_t>(end - in) > kFew * kGroupCharacters) {
-        const std::size_t wanted =
-            std::min(DigitCollector::kPiece, (maxGroups - done) * kGroupCharacters - text.count);
-        text.collect(in, std::min(wanted, static_cast<std::size_t>(end - in)));
+        text.collect(in,
+                     text.pieceFor(maxGroups - done, kGroupCharacters, static_cast<std::size_t>(end - in)));
         const std::size_t groups = text.count / kGroupCharacters;
         decodeValues(text.values, groups, out + done * kGroupBytes);
         text.drop(groups * kGroupCharacters);

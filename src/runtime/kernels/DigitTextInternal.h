@@ -4,6 +4,7 @@
 #include "runtime/kernels/CpuLevelInternal.h"
 #include "runtime/kernels/IntrinsicsInternal.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -51,6 +52,14 @@ struct DigitCollector {
     alignas(64) unsigned char values[kPiece + 2 * 64];
 
     explicit DigitCollector(const DigitTable& digits) noexcept : table(digits) {}
+
+    /// How much of `left` characters to collect when `maxUnits` of so many digits each are wanted, counting those that
+    /// are held: in no case more.
+    std::size_t pieceFor(std::size_t maxUnits, std::size_t digitsOfUnit, std::size_t left) const noexcept {
+        const std::size_t wanted =
+            std::min(maxUnits, kPiece) * digitsOfUnit - count; // no product of any size
+        return std::min({wanted, kPiece, left});
+    }
 
     /// Appends what [in, in + size) holds and moves `in`; block by block, the one with another character not included.
     /// REQUIRES: size <= kPiece, count < 64.

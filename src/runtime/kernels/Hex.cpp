@@ -177,8 +177,7 @@ ZUTARNEX_TARGET_AVX512 std::size_t decodeAvx512(Bytes& in, Bytes end, std::size_
     const Bytes begin = in;
     DigitCollector text(kDigits);
     while (!text.isStopped && maxBytes - done > kFew && static_cast<std::size_t>(end - in) > 2 * kFew) {
-        const std::size_t wanted = std::min(DigitCollector::kPiece, (maxBytes - done) * 2 - text.count);
-        text.collect(in, std::min(wanted, static_cast<std::size_t>(end - in)));
+        text.collect(in, text.pieceFor(maxBytes - done, 2, static_cast<std::size_t>(end - in)));
         const std::size_t bytes = text.count / 2;
         decodeValues(text.values, bytes, out + done);
         text.drop(bytes * 2);

@@ -168,6 +168,24 @@ TEST_F(CodecKernelTest, DecodedHexIsTheSame) {
     }
 }
 
+/// More room than any product with it can count.
+TEST_F(CodecKernelTest, DecodingIntoRoomWithoutBoundEndsWithTheText) {
+    const Text base64(4000, 'A'), hex(4000, '0');
+    Text out(3000, 0);
+    for (const std::size_t room : {~std::size_t{0}, ~std::size_t{0} / 2 + 1, ~std::size_t{0} / 4 + 1}) {
+        atEachLevel([&] {
+            const Byte* in = base64.data();
+            EXPECT_EQ(1000u, decodeBase64(in, in + base64.size(), room, out.data()));
+            in = hex.data();
+            EXPECT_EQ(2000u, decodeHex(in, in + hex.size(), room, out.data()));
+            Text spaced = hex;
+            spaced[100] = ' ';
+            in = spaced.data();
+            EXPECT_EQ(1999u, decodeHex(in, in + spaced.size(), room, out.data()));
+        });
+    }
+}
+
 /// Each byte at each place of a block: digits keep their values, everything else ends the decoding.
 TEST_F(CodecKernelTest, EachByteIsTheSameAtEachPlace) {
     for (std::size_t place = 0; place < 130; ++place) {
