@@ -119,6 +119,28 @@ constexpr Range kNameCharacter[] = {
 };
 // clang-format on
 
+enum AsciiKind : unsigned char { MayStart = 1, MayFollow = 2 };
+
+/// What the tables say of US-ASCII, which most names are made of.
+struct AsciiKinds {
+    unsigned char of[0x80]{};
+
+    consteval AsciiKinds() {
+        add(kNameStart, MayStart);
+        add(kNameCharacter, MayFollow);
+    }
+
+private:
+    template <std::size_t N>
+    consteval void add(const Range (&ranges)[N], AsciiKind kind) {
+        for (const Range& range : ranges)
+            for (unsigned int unit = range.first; unit <= range.last && unit < 0x80; ++unit)
+                of[unit] = static_cast<unsigned char>(of[unit] | kind);
+    }
+};
+
+constexpr AsciiKinds kAsciiKinds;
+
 template <std::size_t N>
 bool contains(const Range (&ranges)[N], unsigned short unit) noexcept {
     const Range* range = std::lower_bound(std::begin(ranges), std::end(ranges), unit,
@@ -129,11 +151,11 @@ bool contains(const Range (&ranges)[N], unsigned short unit) noexcept {
 } // namespace
 
 bool isNameStart(unsigned short unit) noexcept {
-    return contains(kNameStart, unit);
+    return unit < 0x80 ? (kAsciiKinds.of[unit] & MayStart) != 0 : contains(kNameStart, unit);
 }
 
 bool isNameCharacter(unsigned short unit) noexcept {
-    return contains(kNameCharacter, unit);
+    return unit < 0x80 ? (kAsciiKinds.of[unit] & MayFollow) != 0 : contains(kNameCharacter, unit);
 }
 
 std::size_t endOfName(const unsigned short* units, std::size_t count) noexcept {

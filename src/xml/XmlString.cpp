@@ -12,6 +12,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <sys/single_threaded.h>
 
 namespace Quillon::Xml {
 
@@ -29,6 +30,17 @@ using HostUtf16 = std::unique_ptr<unsigned short[], HostRelease>;
 /// The count stands in the four bytes before the units.
 std::atomic_ref<std::uint32_t> countOf(unsigned short* units) noexcept {
     return std::atomic_ref(*(reinterpret_cast<std::uint32_t*>(units) - 1));
+}
+
+/// Adds to the count and returns what it was. As long as the process has one thread, nobody else can be at it: that
+/// saves most of what copying a string costs.
+std::uint32_t addToCount(unsigned short* units, std::uint32_t number, std::memory_order order) noexcept {
+    const std::atomic_ref count = countOf(units);
+    if (__libc_single_threaded == 0)
+        return count.fetch_add(number, order);
+    const std::uint32_t old = count.load(std::memory_order_relaxed);
+    count.store(old + number, std::memory_order_relaxed);
+    return old;
 }
 
 /// The units of a new block for `unitCount` of them: all zero, the count still 0. Room for the count and for a
@@ -89,7 +101,14 @@ XmlString::XmlString(unsigned char flags, const unsigned short* s, unsigned int 
 }
 
 XmlString::XmlString(const XmlString& other) : data_(nullptr), capacity_(0), size_(0), flags_(Null) {
-    copy(other);
+    if (!(other.flags_ & Valid))
+        return;
+    if (!(other.flags_ & (Borrowed | Null)))
+        addToCount(other.data_, 1, std::memory_order_relaxed);
+    data_ = other.data_;
+    capacity_ = other.capacity_;
+    size_ = other.size_;
+    flags_ = other.flags_;
 }
 
 XmlString::~XmlString() {
@@ -141,7 +160,7 @@ void XmlString::copyIntoBuffer(const XmlString& other) noexcept {
 /// Takes over `other`'s four fields, and one more hold on its block when it owns one.
 void XmlString::share(const XmlString& other) noexcept {
     if (!(other.flags_ & (Borrowed | Null)))
-        countOf(other.data_).fetch_add(1, std::memory_order_relaxed);
+        addToCount(other.data_, 1, std::memory_order_relaxed);
     dissociate();
     data_ = other.data_;
     capacity_ = other.capacity_;
@@ -240,12 +259,13 @@ unsigned int XmlString::hash() const noexcept {
 }
 
 unsigned int XmlString::incRefs() noexcept {
-    return countOf(data_).fetch_add(1, std::memory_order_relaxed) + 1;
+    return addToCount(data_, 1, std::memory_order_relaxed) + 1;
 }
 
 // Whoever takes the last hold away must see what all others did to the block before.
 unsigned int XmlString::decRefs() noexcept {
-    return countOf(data_).fetch_sub(1, std::memory_order_acq_rel) - 1;
+    constexpr std::uint32_t kMinusOne = 0xFFFFFFFF;
+    return addToCount(data_, kMinusOne, std::memory_order_acq_rel) - 1;
 }
 
 unsigned int XmlString::getRefs() const noexcept {

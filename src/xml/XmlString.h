@@ -34,8 +34,8 @@ enum XmlStringFlags : unsigned char {
 /// Threads:   strings that share a block may live on different threads; one object is used by one at a time.
 /// Throws:    ImmutableObjectWriteError before any change; System::OutOfMemoryException, the old value kept (sizes
 ///            that a 32-bit count of bytes cannot hold are refused so, too).
-/// Cost:      copying is one atomic increment; appending allocates once and copies both parts; a view on a literal
-///            (flags Immutable | Borrowed) allocates nothing.
+/// Cost:      copying is one increment, an atomic one when the process has several threads; appending allocates once
+///            and copies both parts; a view on a literal (flags Immutable | Borrowed) allocates nothing.
 class ZUTARNEX_API XmlString {
 public:
     /// A null string.

@@ -34,7 +34,7 @@ bool StrictDoctype::declareEntity(Units name, EntityKind kind) {
 }
 
 StrictDoctype::EntityKind StrictDoctype::entity(Units name) const {
-    const auto found = entities_.find(copyOf(name));
+    const auto found = entities_.find(name);
     return found == entities_.end() ? EntityKind::Undeclared : found->second;
 }
 
@@ -45,7 +45,7 @@ void StrictDoctype::declareElement(Units element, bool holdsElementsOnly) {
 bool StrictDoctype::holdsElementsOnly(Units element) const {
     if (elements_.empty())
         return false;
-    const auto found = elements_.find(copyOf(element));
+    const auto found = elements_.find(element);
     return found != elements_.end() && found->second;
 }
 
@@ -57,7 +57,7 @@ bool StrictDoctype::declareAttribute(Units element, Units attribute, Units type,
 const StrictDoctype::Attributes* StrictDoctype::attributesOf(Units element) const {
     if (attributes_.empty())
         return nullptr;
-    const auto found = attributes_.find(copyOf(element));
+    const auto found = attributes_.find(element);
     return found == attributes_.end() ? nullptr : &found->second;
 }
 

@@ -12,13 +12,19 @@ class StrictDoctype {
 public:
     enum class EntityKind { Undeclared, Internal, External, Unparsed };
 
+    /// Names are found without a copy of them.
+    struct IsLess {
+        using is_transparent = void;
+        bool operator()(Units left, Units right) const noexcept { return isLess(left, right); }
+    };
+
     struct Attribute {
         OwnedUnits type; ///< as an attribute list tells it: `(a|b)` is NMTOKEN
         bool hasDefault;
 
         bool isTokenized() const;
     };
-    using Attributes = std::map<OwnedUnits, Attribute>;
+    using Attributes = std::map<OwnedUnits, Attribute, IsLess>;
 
     void clear();
 
@@ -39,9 +45,9 @@ public:
     bool hasExternalSubset = false;
 
 private:
-    std::map<OwnedUnits, EntityKind> entities_;
-    std::map<OwnedUnits, bool> elements_; ///< whether they hold elements only
-    std::map<OwnedUnits, Attributes> attributes_;
+    std::map<OwnedUnits, EntityKind, IsLess> entities_;
+    std::map<OwnedUnits, bool, IsLess> elements_; ///< whether they hold elements only
+    std::map<OwnedUnits, Attributes, IsLess> attributes_;
 };
 
 } // namespace Quillon::Xml::Sax

@@ -1,5 +1,6 @@
 #include "xml/sax/writer/StrictDocumentInternal.h"
 
+#include "xml/Utf16LiteralInternal.h"
 #include "xml/sax/SaxNotSupportedException.h"
 #include "xml/sax/writer/StrictGrammarInternal.h"
 
@@ -11,6 +12,9 @@
 namespace Quillon::Xml::Sax {
 
 namespace {
+
+constexpr Utf16Literal kCdataLiteral(u"CDATA");
+constexpr Units kCdata(kCdataLiteral.units, 5);
 
 /// The highest character of the encoding. Only the names that the writer itself knows are taken.
 char32_t lastCharacterOf(const char* encoding) {
@@ -24,8 +28,16 @@ char32_t lastCharacterOf(const char* encoding) {
     throw SaxNotSupportedException(makeString(("startDocument: encoding " + std::string(name)).c_str()));
 }
 
-bool isLess(Units left, Units right) noexcept {
-    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end());
+/// Whether no two names are the same. Not for certain in a long list, which it pays to sort first.
+bool isWithoutRepetition(const StrictAttributeList& list) noexcept {
+    constexpr std::size_t kLongestUnsorted = 8;
+    if (list.size() > kLongestUnsorted)
+        return false;
+    for (std::size_t i = 1; i < list.size(); ++i)
+        for (std::size_t other = 0; other < i; ++other)
+            if (isSame(list[i].name, list[other].name))
+                return false;
+    return true;
 }
 
 } // namespace
@@ -95,21 +107,22 @@ void StrictDocument::checkPlaceOfElement(const Refusal& refusal) const {
 
 StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlString& uri,
                                               const XmlString& localName, const XmlString& qName,
-                                              const std::vector<Attribute>& attributes, bool checksTypes) {
+                                              const StrictAttributeList& list, bool checksTypes) {
     checkPlaceOfElement(refusal);
     Bindings added;
+    std::optional<ExpandedName> checkedName;
     const bool hasExpandedNames = !announced_.empty() || !unitsOf(uri).empty() || !unitsOf(localName).empty();
     if (!isSuppressed()) {
         refusal.unlessName(unitsOf(qName), "an element's name");
         if (depth() != 0 && hasExpandedNames != hasExpandedNames_)
             refusal.because("the root and this element do not both have expanded names:", unitsOf(qName));
-        checkAttributes(refusal, attributes);
+        checkAttributes(refusal, list);
         if (checksTypes)
-            checkDeclaredAttributes(refusal, unitsOf(qName), attributes);
+            checkDeclaredAttributes(refusal, unitsOf(qName), list);
         try {
             if (hasExpandedNames) { // else the events come from a reader that does not process namespaces
-                added = bindNamespaces(refusal, attributes);
-                checkExpandedNames(refusal, uri, localName, qName, attributes);
+                added = bindNamespaces(refusal, list);
+                checkedName = checkExpandedNames(refusal, uri, localName, qName, list);
             }
         } catch (...) {
             namespaces_.leave(depth());
@@ -118,7 +131,7 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
     }
     if (depth() == 0)
         hasExpandedNames_ = hasExpandedNames;
-    pushName(unitsOf(qName));
+    pushElement(unitsOf(qName), checkedName);
     for (StrictNamespaces::Binding& mapping : announced_)
         mapped_.push_back({std::move(mapping.prefix), depth()});
     announced_.clear();
@@ -126,38 +139,40 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
     return added;
 }
 
-void StrictDocument::checkAttributes(const Refusal& refusal, const std::vector<Attribute>& attributes) const {
-    for (const Attribute& attribute : attributes) {
-        refusal.unlessName(attribute.name(), "an attribute's name");
-        refusal.unlessText(unitsOf(attribute.value), "the value of an attribute");
+void StrictDocument::checkAttributes(const Refusal& refusal, const StrictAttributeList& list) {
+    for (const StrictAttribute& attribute : list) {
+        refusal.unlessName(attribute.name, "an attribute's name");
+        refusal.unlessText(attribute.value, "the value of an attribute");
     }
-    std::vector<Units> names(attributes.size());
-    std::transform(attributes.begin(), attributes.end(), names.begin(),
-                   [](const Attribute& a) { return a.name(); });
-    std::sort(names.begin(), names.end(), isLess);
-    const auto repeated = std::adjacent_find(names.begin(), names.end(), isSame);
-    if (repeated != names.end())
+    if (isWithoutRepetition(list))
+        return;
+    sortedNames_.clear();
+    for (const StrictAttribute& attribute : list)
+        sortedNames_.push_back(attribute.name);
+    std::sort(sortedNames_.begin(), sortedNames_.end(), isLess);
+    const auto repeated = std::adjacent_find(sortedNames_.begin(), sortedNames_.end(), isSame);
+    if (repeated != sortedNames_.end())
         refusal.because("twice the attribute", *repeated);
 }
 
 void StrictDocument::checkDeclaredAttributes(const Refusal& refusal, Units element,
-                                             const std::vector<Attribute>& attributes) const {
+                                             const StrictAttributeList& list) const {
     const StrictDoctype::Attributes* declared = doctype.attributesOf(element);
     std::size_t defaultsLeft = 0;
     if (declared)
         defaultsLeft = static_cast<std::size_t>(std::count_if(
             declared->begin(), declared->end(), [](const auto& entry) { return entry.second.hasDefault; }));
-    for (const Attribute& attribute : attributes) {
+    for (const StrictAttribute& attribute : list) {
         const StrictDoctype::Attribute* rule = nullptr;
         if (declared) {
-            const auto found = declared->find(copyOf(attribute.name()));
+            const auto found = declared->find(attribute.name);
             rule = found == declared->end() ? nullptr : &found->second;
         }
-        const Units type = unitsOf(attribute.type);
-        if (rule ? !isSame(type, rule->type) : !equals(type, "CDATA"))
-            refusal.because("a type that was not declared, of the attribute", attribute.name());
-        if (rule && rule->isTokenized() && !isTokenList(unitsOf(attribute.value)))
-            refusal.because("spaces that would be taken away, in the attribute", attribute.name());
+        const Units type = attribute.type;
+        if (rule ? !isSame(type, rule->type) : !isSame(type, kCdata))
+            refusal.because("a type that was not declared, of the attribute", attribute.name);
+        if (rule && rule->isTokenized() && !isTokenList(attribute.value))
+            refusal.because("spaces that would be taken away, in the attribute", attribute.name);
         defaultsLeft -= rule && rule->hasDefault;
     }
     if (defaultsLeft != 0)
@@ -171,12 +186,12 @@ void StrictDocument::bind(const Refusal& refusal, Units prefix, Units uri) {
 }
 
 StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
-                                                        const std::vector<Attribute>& attributes) {
-    for (const Attribute& attribute : attributes) {
-        if (!isNamespaceDeclaration(attribute.name()))
+                                                        const StrictAttributeList& list) {
+    for (const StrictAttribute& attribute : list) {
+        if (!isNamespaceDeclaration(attribute.name))
             continue;
-        const QualifiedName name(attribute.name());
-        bind(refusal, name.hasColon ? name.localName : Units(), unitsOf(attribute.value));
+        const QualifiedName name(attribute.name);
+        bind(refusal, name.hasColon ? name.localName : Units(), attribute.value);
     }
     Bindings added;
     for (const StrictNamespaces::Binding& mapping : announced_) {
@@ -191,19 +206,24 @@ StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
     return added;
 }
 
-void StrictDocument::checkExpandedNames(const Refusal& refusal, const XmlString& uri,
-                                        const XmlString& localName, const XmlString& qName,
-                                        const std::vector<Attribute>& attributes) const {
-    checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), unitsOf(qName), false);
-    std::vector<std::pair<Units, Units>> names; // of the attributes in a namespace
-    for (const Attribute& attribute : attributes) {
-        if (isNamespaceDeclaration(attribute.name()))
+StrictDocument::ExpandedName StrictDocument::checkExpandedNames(const Refusal& refusal, const XmlString& uri,
+                                                                const XmlString& localName,
+                                                                const XmlString& qName,
+                                                                const StrictAttributeList& list) {
+    const QualifiedName elementName(unitsOf(qName));
+    const ExpandedName result(
+        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), unitsOf(qName), elementName, false),
+        elementName.localName);
+    auto& names = sortedExpandedNames_; // of the attributes in a namespace
+    names.clear();
+    for (const StrictAttribute& attribute : list) {
+        if (isNamespaceDeclaration(attribute.name))
             continue;
-        checkExpandedName(refusal, unitsOf(attribute.uri), unitsOf(attribute.localName), attribute.name(),
-                          true);
-        const QualifiedName name(attribute.name());
+        const QualifiedName name(attribute.name);
+        const Units bound =
+            checkExpandedName(refusal, attribute.uri, attribute.localName, attribute.name, name, true);
         if (name.hasColon)
-            names.emplace_back(*namespaces_.uriOf(name.prefix), name.localName);
+            names.emplace_back(bound, name.localName);
     }
     const auto isLessPair = [](const auto& left, const auto& right) {
         return isSame(left.first, right.first) ? isLess(left.second, right.second)
@@ -216,22 +236,31 @@ void StrictDocument::checkExpandedNames(const Refusal& refusal, const XmlString&
         });
     if (repeated != names.end())
         refusal.because("twice, by two prefixes, the attribute", repeated->second);
+    return result;
 }
 
-void StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
-                                       bool isAttribute) const {
-    refusal.unlessQualifiedName(qName, "a qualified name");
-    const QualifiedName name(qName);
+Units StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
+                                        const QualifiedName& name, bool isAttribute) const {
+    if (name.hasColon)
+        refusal.unlessColonQualifies(qName, "a qualified name");
     const bool isInNoNamespace = isAttribute && !name.hasColon; // the default namespace is not for attributes
     const std::optional<Units> bound = isInNoNamespace ? Units() : namespaces_.uriOf(name.prefix);
     if (!bound)
         refusal.because("no namespace is bound to the prefix of", qName);
     if (isAttribute && uri.empty() && localName.empty())
-        return; // a list without expanded names
+        return *bound; // a list without expanded names
     if (!isSame(*bound, uri))
         refusal.because("another namespace is bound to the prefix of", qName);
     if (!isSame(name.localName, localName))
         refusal.because("the local name is not that of", qName);
+    return *bound;
+}
+
+/// Whether the innermost element was opened with the same expanded name, which was right and so still is.
+bool StrictDocument::isAsOpened(Units uri, Units localName) const noexcept {
+    const OpenElement& element = elements_.back();
+    return element.hasCheckedName && isSame(element.uri, uri)
+           && isSame(innermostName().last(element.localNameLength), localName);
 }
 
 void StrictDocument::close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
@@ -244,9 +273,9 @@ void StrictDocument::close(const Refusal& refusal, const XmlString& uri, const X
     if (!isSame(name, innermostName()))
         refusal.because("the open element is", innermostName());
     const bool isPlain = unitsOf(uri).empty() && unitsOf(localName).empty();
-    if (!isPlain && !isSuppressed())
-        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name, false);
-    popName();
+    if (!isPlain && !isSuppressed() && !isAsOpened(unitsOf(uri), unitsOf(localName)))
+        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name, QualifiedName(name), false);
+    popElement();
     namespaces_.leave(depth());
     if (depth() == 0)
         place = Place::Epilog;
@@ -270,12 +299,14 @@ Units StrictDocument::innermostName() const noexcept {
     return Units(names_).subspan(elements_.back().nameStart);
 }
 
-void StrictDocument::pushName(Units name) {
-    elements_.push_back({names_.size(), doctype.holdsElementsOnly(name)});
+void StrictDocument::pushElement(Units name, const std::optional<ExpandedName>& checkedName) {
+    const auto [uri, localName] = checkedName.value_or(ExpandedName());
+    elements_.push_back(
+        {names_.size(), doctype.holdsElementsOnly(name), checkedName.has_value(), localName.size(), uri});
     names_.insert(names_.end(), name.begin(), name.end());
 }
 
-void StrictDocument::popName() {
+void StrictDocument::popElement() {
     names_.resize(elements_.back().nameStart);
     elements_.pop_back();
 }

@@ -2,10 +2,13 @@
 #define ZUTARNEX_XML_SAX_WRITER_STRICTDOCUMENTINTERNAL_H
 
 #include "xml/XmlString.h"
+#include "xml/sax/writer/StrictAttributesInternal.h"
 #include "xml/sax/writer/StrictDoctypeInternal.h"
 #include "xml/sax/writer/StrictNamespacesInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace Quillon::Xml::Sax {
@@ -16,13 +19,6 @@ class StrictDocument {
 public:
     enum class Place { Outside, Prolog, Doctype, AfterDoctype, Root, Epilog };
 
-    /// One attribute of a start tag; the strings of a foreign list are fetched once and kept as long as it is checked.
-    struct Attribute {
-        XmlString uri, localName, qName, type, value;
-
-        Units name() const { return unitsOf(qName); }
-    };
-
     Place place = Place::Outside;
     bool spaceIsLayout = false;
     bool inSection = false;
@@ -31,6 +27,7 @@ public:
     const char* encoding = nullptr;
     const Locator* nextLocator = nullptr; ///< for the document that begins next
     StrictDoctype doctype;
+    StrictAttributeRoom attributeRoom;
 
     void begin(const char* encodingName);
 
@@ -54,7 +51,7 @@ public:
     /// Checks a start tag and opens the element. Returns the bindings that no attribute declares.
     using Bindings = std::vector<StrictNamespaces::Binding>;
     Bindings open(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                  const XmlString& qName, const std::vector<Attribute>& attributes, bool checksTypes);
+                  const XmlString& qName, const StrictAttributeList& list, bool checksTypes);
     void close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
                const XmlString& qName);
 
@@ -77,26 +74,34 @@ private:
         std::size_t depth;
     };
 
+    using ExpandedName = std::pair<Units, Units>; ///< namespace, local name
+
     struct OpenElement {
         std::size_t nameStart;
         bool holdsElementsOnly;
+        bool hasCheckedName;         ///< whether what follows was found right when the element was opened
+        std::size_t localNameLength; ///< at the end of the name
+        Units uri;                   ///< of a binding that lasts as long as the element
     };
 
     std::size_t depth() const noexcept { return elements_.size(); }
     Units innermostName() const noexcept;
-    void pushName(Units name);
-    void popName();
+    void pushElement(Units name, const std::optional<ExpandedName>& checkedName);
+    bool isAsOpened(Units uri, Units localName) const noexcept;
+    void popElement();
 
     void checkPlaceOfElement(const Refusal& refusal) const;
-    void checkAttributes(const Refusal& refusal, const std::vector<Attribute>& attributes) const;
+    void checkAttributes(const Refusal& refusal, const StrictAttributeList& list);
     void checkDeclaredAttributes(const Refusal& refusal, Units element,
-                                 const std::vector<Attribute>& attributes) const;
-    Bindings bindNamespaces(const Refusal& refusal, const std::vector<Attribute>& attributes);
+                                 const StrictAttributeList& list) const;
+    Bindings bindNamespaces(const Refusal& refusal, const StrictAttributeList& list);
     void bind(const Refusal& refusal, Units prefix, Units uri);
-    void checkExpandedNames(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                            const XmlString& qName, const std::vector<Attribute>& attributes) const;
-    void checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
-                           bool isAttribute) const;
+    /// Returns the name of the element; its namespace belongs to the binding.
+    ExpandedName checkExpandedNames(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
+                                    const XmlString& qName, const StrictAttributeList& list);
+    /// Returns the namespace that is bound to the prefix. REQUIRES: `qName` is a name.
+    Units checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
+                            const QualifiedName& name, bool isAttribute) const;
     bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.back().depth > depth(); }
 
     const Locator* locator_ = nullptr;
@@ -108,6 +113,8 @@ private:
     std::vector<Mapping> mapped_; ///< announced and not ended, in the order of their elements
     std::vector<OpenEntity> entities_;
     std::size_t suppressing_ = 0;
+    std::vector<Units> sortedNames_; ///< room for a check of one start tag
+    std::vector<ExpandedName> sortedExpandedNames_;
 };
 
 } // namespace Quillon::Xml::Sax

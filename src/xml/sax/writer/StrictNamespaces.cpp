@@ -59,8 +59,9 @@ QualifiedName::QualifiedName(Units name) noexcept {
 }
 
 bool isNamespaceDeclaration(Units attributeName) noexcept {
-    const QualifiedName name(attributeName);
-    return isSame(name.hasColon ? name.prefix : name.localName, kXmlns);
+    const std::size_t length = kXmlns.size();
+    return attributeName.size() >= length && isSame(attributeName.first(length), kXmlns)
+           && (attributeName.size() == length || attributeName[length] == ':');
 }
 
 bool isNamespaceOfDeclarations(Units uri) noexcept {

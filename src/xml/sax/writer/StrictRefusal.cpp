@@ -1,6 +1,7 @@
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
 #include "runtime/CStringInternal.h"
+#include "runtime/kernels/EscapeScanInternal.h"
 #include "xml/NamesInternal.h"
 #include "xml/sax/SaxParseException.h"
 
@@ -11,6 +12,8 @@
 namespace Quillon::Xml::Sax {
 
 namespace {
+
+using Runtime::Kernels::EscapeSet;
 
 constexpr bool isHighSurrogate(char32_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
@@ -25,6 +28,11 @@ constexpr bool isPublicCharacter(char32_t c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
            || kMarks.find(c) != std::u32string_view::npos;
 }
+
+// Surrogates, and what lies behind them, are looked at one by one.
+constexpr unsigned short kFirstPrintable = 0x20, kLastBeforeSurrogates = 0xD7FF;
+constexpr EscapeSet kNotText(kFirstPrintable, kLastBeforeSurrogates, "");
+constexpr EscapeSet kNotVerbatim(kFirstPrintable, kLastBeforeSurrogates, "\r");
 
 XmlString fromAscii(const std::string& text) {
     return makeString(reinterpret_cast<const unsigned char*>(text.c_str()));
@@ -63,7 +71,11 @@ void Refusal::character(char32_t c, const char* place) const {
 }
 
 void Refusal::unlessText(Units units, const char* place) const {
-    for (std::size_t i = 0; i < units.size();) {
+    for (std::size_t i = 0;;) {
+        const Units rest = units.subspan(i);
+        i += Runtime::Kernels::firstToEscape(rest.data(), rest.size(), kNotText, 0);
+        if (i == units.size())
+            return;
         const char32_t c = nextCharacter(units, i);
         if (!isXmlCharacter(c))
             character(c, place);
@@ -71,7 +83,12 @@ void Refusal::unlessText(Units units, const char* place) const {
 }
 
 void Refusal::unlessVerbatim(Units units, const char* place) const {
-    for (std::size_t i = 0; i < units.size();) {
+    for (std::size_t i = 0;;) {
+        const Units rest = units.subspan(i);
+        i += Runtime::Kernels::firstToEscape(rest.data(), rest.size(), kNotVerbatim,
+                                             unwritableMaskFor(lastCharacter_));
+        if (i == units.size())
+            return;
         const char32_t c = nextCharacter(units, i);
         if (!isXmlCharacter(c) || c == 0xD || c > lastCharacter_)
             character(c, place);
@@ -84,6 +101,8 @@ void Refusal::unlessName(Units units, const char* place) const {
     std::size_t end = endOfName(units.data(), units.size());
     if (end != units.size())
         character(nextCharacter(units, end), place);
+    if (lastCharacter_ > 0xFFFF)
+        return;
     const auto unwritable =
         std::find_if(units.begin(), units.end(), [&](unsigned short u) { return u > lastCharacter_; });
     if (unwritable != units.end())
@@ -98,13 +117,16 @@ void Refusal::unlessNameWithoutColon(Units units, const char* place) const {
 
 void Refusal::unlessQualifiedName(Units units, const char* place) const {
     unlessName(units, place);
-    const auto colon = std::find(units.begin(), units.end(), ':');
-    if (colon == units.end())
+    unlessColonQualifies(units, place);
+}
+
+void Refusal::unlessColonQualifies(Units name, const char* place) const {
+    const auto colon = std::find(name.begin(), name.end(), ':');
+    if (colon == name.end())
         return;
-    if (colon == units.begin())
+    if (colon == name.begin())
         character(':', place);
-    unlessNameWithoutColon(units.subspan(static_cast<std::size_t>(colon - units.begin()) + 1),
-                           "a local name");
+    unlessNameWithoutColon(name.subspan(static_cast<std::size_t>(colon - name.begin()) + 1), "a local name");
 }
 
 void Refusal::unlessSystemLiteral(Units units) const {

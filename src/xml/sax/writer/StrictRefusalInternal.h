@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace Quillon::Xml::Sax {
@@ -18,7 +19,12 @@ inline OwnedUnits copyOf(Units units) {
 }
 
 inline bool isSame(Units left, Units right) noexcept {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end());
+    return left.size() == right.size()
+           && (left.data() == right.data() || std::equal(left.begin(), left.end(), right.begin()));
+}
+
+inline bool isLess(Units left, Units right) noexcept {
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end());
 }
 
 /// A character of XML 1.0 (production 2).
@@ -29,6 +35,11 @@ constexpr bool isXmlCharacter(char32_t c) noexcept {
 
 constexpr bool isXmlSpace(char32_t c) noexcept {
     return c == 0x20 || c == 0x9 || c == 0xA || c == 0xD;
+}
+
+/// The bits of the units that an encoding with that highest character lacks: one of those that the writer knows.
+constexpr std::uint16_t unwritableMaskFor(char32_t lastCharacter) noexcept {
+    return static_cast<std::uint16_t>(lastCharacter > 0xFFFF ? 0 : ~lastCharacter);
 }
 
 /// The character at `index`, which moves behind it; a lone surrogate is itself. REQUIRES: index < units.size().
@@ -56,6 +67,8 @@ public:
     void unlessNameWithoutColon(Units units, const char* place) const;
     /// A name with at most one colon inside, as Namespaces in XML wants those of elements and attributes.
     void unlessQualifiedName(Units units, const char* place) const;
+    /// The same for what is known to be a name.
+    void unlessColonQualifies(Units name, const char* place) const;
     /// Null identifiers are left to the caller.
     void unlessSystemLiteral(Units units) const;
     void unlessPublicLiteral(Units units) const;

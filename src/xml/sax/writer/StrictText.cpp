@@ -1,30 +1,29 @@
 #include "xml/sax/writer/StrictTextInternal.h"
 
 #include "runtime/CStringInternal.h"
-#include "xml/sax/writer/XmlWriter.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace Quillon::Xml::Sax {
 
 namespace {
 
+using Runtime::Kernels::EscapeSet;
+
+/// By context: what the text holds that cannot stay, as far as that is not a matter of the encoding. It was checked
+/// for controls before.
+constexpr EscapeSet kSets[] = {EscapeSet(1, 0xFFFF, "&<>\r"), EscapeSet(1, 0xFFFF, "&<>\"\r\t\n"),
+                               EscapeSet(1, 0xFFFF, "&\"%\r")};
+/// What is to be looked at in a CDATA section.
+constexpr EscapeSet kSectionSet(1, 0xFFFF, "]>\r");
+
 constexpr char kSectionStart[] = "<![CDATA[", kSectionEnd[] = "]]>";
 
 } // namespace
 
-void StrictText::ascii(const char* text) const {
-    constexpr std::size_t kLongest = 64;
-    unsigned short units[kLongest];
-    const std::size_t length = std::min(std::strlen(text), kLongest);
-    std::copy_n(text, length, units);
-    out_.rawWrite(units, 0, static_cast<unsigned int>(length));
-}
-
 void StrictText::verbatim(Units units) const {
     if (!units.empty())
-        out_.rawWrite(units.data(), 0, static_cast<unsigned int>(units.size()));
+        out_.put(units);
 }
 
 void StrictText::reference(char32_t c) const {
@@ -33,46 +32,40 @@ void StrictText::reference(char32_t c) const {
     ascii(text);
 }
 
-/// Null: as it is. Empty: a numeric reference.
-const char* StrictText::replacementFor(char32_t c, Context context) const noexcept {
-    const bool isEntityValue = context == Context::EntityValue;
-    switch (c) {
-    case '&': // in an entity value the reference would be one in the replacement text
-        return isEntityValue ? "" : "&amp;";
-    case '<':
-        return isEntityValue ? nullptr : "&lt;";
-    case '>':
-        return isEntityValue ? nullptr : "&gt;";
-    case '"':
-        return isEntityValue ? "" : context == Context::AttributeValue ? "&quot;" : nullptr;
-    case '%':
-        return isEntityValue ? "" : nullptr;
-    case '\r':
+/// For what cannot stay. Empty: a numeric reference.
+const char* StrictText::replacementFor(char32_t c, Context context) noexcept {
+    if (context == Context::EntityValue) // "&amp;" would be a reference in the replacement text
         return "";
-    case '\t':
-    case '\n':
-        return context == Context::AttributeValue ? "" : nullptr;
+    switch (c) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
     default:
-        return c > lastCharacter_ ? "" : nullptr;
+        return "";
     }
 }
 
 void StrictText::escaped(Units units, Context context) const {
-    std::size_t runStart = 0;
-    for (std::size_t i = 0; i < units.size();) {
-        const std::size_t at = i;
-        const char32_t c = nextCharacter(units, i);
+    const EscapeSet& set = kSets[static_cast<std::size_t>(context)];
+    while (!units.empty()) {
+        const EventOutput::Run run = out_.runOf(units, set, unwritableMaskFor(lastCharacter_));
+        out_.put(run);
+        if (run.length == units.size())
+            return;
+        std::size_t end = run.length;
+        const char32_t c = nextCharacter(units, end);
         const char* replacement = replacementFor(c, context);
-        if (!replacement)
-            continue;
-        verbatim(units.subspan(runStart, at - runStart));
         if (*replacement)
             ascii(replacement);
         else
             reference(c);
-        runStart = i;
+        units = units.subspan(end);
     }
-    verbatim(units.subspan(runStart));
 }
 
 void StrictText::quoted(Units units, Context context) const {
@@ -103,8 +96,15 @@ void StrictText::identifiers(const XmlString& publicId, const XmlString& systemI
 
 void StrictText::section(Units units, unsigned int& brackets) const {
     std::size_t runStart = 0;
-    for (std::size_t i = 0; i < units.size();) {
-        const std::size_t at = i;
+    for (std::size_t i = 0;;) {
+        const Units rest = units.subspan(i);
+        const std::size_t plain = Runtime::Kernels::firstToEscape(rest.data(), rest.size(), kSectionSet,
+                                                                  unwritableMaskFor(lastCharacter_));
+        if (plain != 0)
+            brackets = 0;
+        if (plain == rest.size())
+            break;
+        const std::size_t at = i += plain;
         const char32_t c = nextCharacter(units, i);
         const bool endsSection = c == '>' && brackets == 2;
         const bool needsReference = c == '\r' || c > lastCharacter_;

@@ -1,20 +1,20 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTTEXTINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTTEXTINTERNAL_H
 
+#include "xml/sax/writer/EventOutputInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
 namespace Quillon::Xml::Sax {
 
-class XmlWriter;
-
-/// Puts text that was checked before through the primitives of a writer, so that a parser gives it back unchanged.
+/// Puts text that was checked before into the output of a writer, so that a parser gives it back unchanged.
 class StrictText {
 public:
     enum class Context { Content, AttributeValue, EntityValue };
 
-    StrictText(XmlWriter& out, char32_t lastCharacter) noexcept : out_(out), lastCharacter_(lastCharacter) {}
+    StrictText(EventOutput& out, char32_t lastCharacter) noexcept
+        : out_(out), lastCharacter_(lastCharacter) {}
 
-    void ascii(const char* text) const;
+    void ascii(std::string_view text) const { out_.put(text); }
     void verbatim(Units units) const;
     /// With references for what the context or the encoding does not let stand.
     void escaped(Units units, Context context) const;
@@ -28,9 +28,9 @@ public:
 
 private:
     void reference(char32_t c) const;
-    const char* replacementFor(char32_t c, Context context) const noexcept;
+    static const char* replacementFor(char32_t c, Context context) noexcept;
 
-    XmlWriter& out_;
+    EventOutput& out_;
     char32_t lastCharacter_;
 };
 

@@ -61,16 +61,6 @@ void checkEntityIdentifiers(const Refusal& refusal, const XmlString& publicId, c
         refusal.character('#', "the system identifier of an entity");
 }
 
-std::vector<StrictDocument::Attribute> fetched(const Attributes& attributes) {
-    const unsigned int count = attributes.getLength();
-    std::vector<StrictDocument::Attribute> result;
-    result.reserve(count);
-    for (unsigned int i = 0; i < count; ++i)
-        result.push_back({attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i),
-                          attributes.getType(i), attributes.getValue(i)});
-    return result;
-}
-
 /// REQUIRED and IMPLIED come without a value, FIXED and none with one.
 void checkMode(const Refusal& refusal, const XmlString& mode, const XmlString& value) {
     const bool wantsNone = equals(unitsOf(mode), "#REQUIRED") || equals(unitsOf(mode), "#IMPLIED");
@@ -81,8 +71,10 @@ void checkMode(const Refusal& refusal, const XmlString& mode, const XmlString& v
         refusal.because("the value does not go with the mode");
 }
 
-StrictText textTo(XmlWriter& writer, const StrictDocument& document) {
-    return StrictText(writer, document.lastCharacter);
+/// Runs `body` with a StrictText, all of which is in the stream afterwards.
+template <class Body>
+void writeText(const XmlWriter& writer, const StrictDocument& document, Body&& body) {
+    writing(writer, [&](EventOutput& out) { body(StrictText(out, document.lastCharacter)); });
 }
 
 /// What comes with every declaration of an entity.
@@ -99,7 +91,7 @@ void startEntityDeclaration(const StrictText& text, Units name) {
     text.verbatim(bareName(name));
 }
 
-void writeText(const StrictText& text, StrictDocument& document, Units units, bool isCanonical) {
+void putText(const StrictText& text, StrictDocument& document, Units units, bool isCanonical) {
     if (document.inSection && !isCanonical)
         text.section(units, document.brackets);
     else
@@ -107,12 +99,12 @@ void writeText(const StrictText& text, StrictDocument& document, Units units, bo
 }
 
 /// Outside a section a parser would report white space in it, or some beside it, as ignorable.
-void writeTextInElementContent(const Refusal& refusal, const StrictText& text, StrictDocument& document,
-                               Units units) {
+void putTextInElementContent(const Refusal& refusal, const StrictText& text, StrictDocument& document,
+                             Units units) {
     if (std::find(units.begin(), units.end(), '\r') != units.end())
         refusal.character('\r', "the text of an element that holds elements only");
     if (document.inSection || units.empty()) {
-        writeText(text, document, units, false);
+        putText(text, document, units, false);
         return;
     }
     unsigned int brackets = 0;
@@ -146,10 +138,11 @@ void StrictWriter::startDocument() {
     const bool hasDeclaration = !isCanonical() && document_->encoding && document_->lastCharacter != 0x7F;
     if (!hasDeclaration)
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("<?xml version=\"1.0\" encoding=\"");
-    text.ascii(document_->encoding);
-    text.ascii("\"?>");
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("<?xml version=\"1.0\" encoding=\"");
+        text.ascii(document_->encoding);
+        text.ascii("\"?>");
+    });
     newLine();
 }
 
@@ -178,36 +171,39 @@ void StrictWriter::endPrefixMapping(const XmlString& prefix) {
 void StrictWriter::startElement(const XmlString& uri, const XmlString& localName, const XmlString& qName,
                                 const Attributes& attributes) {
     const Refusal refusal = document_->enterMarkup("startElement", After::Mapping);
-    const auto list = fetched(attributes);
+    const StrictAttributes fetched(document_->attributeRoom, attributes);
+    const StrictAttributeList& list = fetched.list();
     const auto added = document_->open(refusal, uri, localName, qName, list, !isCanonical());
     if (document_->isSuppressed())
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("<");
-    text.verbatim(unitsOf(qName));
-    for (const auto& binding : added) {
-        text.ascii(binding.prefix.empty() ? " xmlns" : " xmlns:");
-        text.verbatim(binding.prefix);
-        text.ascii("=");
-        text.quoted(binding.uri, Context::AttributeValue);
-    }
-    for (const auto& attribute : list) {
-        text.ascii(" ");
-        text.verbatim(attribute.name());
-        text.ascii("=");
-        text.quoted(unitsOf(attribute.value), Context::AttributeValue);
-    }
-    text.ascii(">");
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("<");
+        text.verbatim(unitsOf(qName));
+        for (const auto& binding : added) {
+            text.ascii(binding.prefix.empty() ? " xmlns" : " xmlns:");
+            text.verbatim(binding.prefix);
+            text.ascii("=");
+            text.quoted(binding.uri, Context::AttributeValue);
+        }
+        for (const auto& attribute : list) {
+            text.ascii(" ");
+            text.verbatim(attribute.name);
+            text.ascii("=");
+            text.quoted(attribute.value, Context::AttributeValue);
+        }
+        text.ascii(">");
+    });
 }
 
 void StrictWriter::endElement(const XmlString& uri, const XmlString& localName, const XmlString& qName) {
     document_->close(document_->enterMarkup("endElement"), uri, localName, qName);
     if (document_->isSuppressed())
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("</");
-    text.verbatim(unitsOf(qName));
-    text.ascii(">");
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("</");
+        text.verbatim(unitsOf(qName));
+        text.ascii(">");
+    });
 }
 
 void StrictWriter::characters(const unsigned short* ch, unsigned int start, unsigned int length) {
@@ -223,11 +219,12 @@ void StrictWriter::characters(const unsigned short* ch, unsigned int start, unsi
         refusal.character(units.front(), "text outside the root");
     if (document_->isSuppressed())
         return;
-    const StrictText text = textTo(*this, *document_);
-    if (isCanonical() || isLayout || !document_->isInElementContent())
-        writeText(text, *document_, units, isCanonical());
-    else
-        writeTextInElementContent(refusal, text, *document_, units);
+    writeText(*this, *document_, [&](const StrictText& text) {
+        if (isCanonical() || isLayout || !document_->isInElementContent())
+            putText(text, *document_, units, isCanonical());
+        else
+            putTextInElementContent(refusal, text, *document_, units);
+    });
 }
 
 void StrictWriter::ignorableWhitespace(const unsigned short* ch, unsigned int start, unsigned int length) {
@@ -244,7 +241,8 @@ void StrictWriter::ignorableWhitespace(const unsigned short* ch, unsigned int st
         return;
     if (isText)
         refusal.because("the element is not declared to hold elements only");
-    writeText(textTo(*this, *document_), *document_, units, isCanonical());
+    writeText(*this, *document_,
+              [&](const StrictText& text) { putText(text, *document_, units, isCanonical()); });
 }
 
 void StrictWriter::processingInstruction(const XmlString& target, const XmlString& data) {
@@ -264,12 +262,13 @@ void StrictWriter::processingInstruction(const XmlString& target, const XmlStrin
         return;
     if (isCanonical() && inEpilogue())
         newLine();
-    const StrictText out = textTo(*this, *document_);
-    out.ascii("<?");
-    out.verbatim(name);
-    out.ascii(" ");
-    out.verbatim(text);
-    out.ascii("?>");
+    writeText(*this, *document_, [&](const StrictText& out) {
+        out.ascii("<?");
+        out.verbatim(name);
+        out.ascii(" ");
+        out.verbatim(text);
+        out.ascii("?>");
+    });
 }
 
 void StrictWriter::skippedEntity(const XmlString& name) {
@@ -285,10 +284,11 @@ void StrictWriter::skippedEntity(const XmlString& name) {
     const bool isSkippedAgain = !isCanonical() && (kind == EntityKind::External || mayBeElsewhere);
     if (!isSkippedAgain)
         refusal.because("no declaration would make a parser skip the entity", units);
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("&");
-    text.verbatim(units);
-    text.ascii(";");
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("&");
+        text.verbatim(units);
+        text.ascii(";");
+    });
 }
 
 void StrictWriter::startDTD(const XmlString& name, const XmlString& publicId, const XmlString& systemId) {
@@ -305,12 +305,13 @@ void StrictWriter::startDTD(const XmlString& name, const XmlString& publicId, co
     startedDoctype(true);
     if (isCanonical())
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("<!DOCTYPE ");
-    text.verbatim(unitsOf(name));
-    if (!expandingEntities())
-        text.identifiers(publicId, systemId);
-    text.ascii(" [");
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("<!DOCTYPE ");
+        text.verbatim(unitsOf(name));
+        if (!expandingEntities())
+            text.identifiers(publicId, systemId);
+        text.ascii(" [");
+    });
     newLine();
 }
 
@@ -324,7 +325,7 @@ void StrictWriter::endDTD() {
     inDoctype(false);
     if (isCanonical())
         return;
-    textTo(*this, *document_).ascii("]>");
+    writeText(*this, *document_, [](const StrictText& text) { text.ascii("]>"); });
     newLine();
 }
 
@@ -347,10 +348,11 @@ void StrictWriter::startEntity(const XmlString& name) {
     document_->openEntity(units, true);
     if (isSubset)
         return; // the document type names it
-    const StrictText text = textTo(*this, *document_);
-    text.ascii(isParameterEntity(units) ? "%" : "&");
-    text.verbatim(bareName(units));
-    text.ascii(";");
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii(isParameterEntity(units) ? "%" : "&");
+        text.verbatim(bareName(units));
+        text.ascii(";");
+    });
 }
 
 void StrictWriter::endEntity(const XmlString& name) {
@@ -370,7 +372,7 @@ void StrictWriter::startCDATA() {
         return;
     inCDATA(true);
     if (!document_->isSuppressed())
-        textTo(*this, *document_).ascii("<![CDATA[");
+        writeText(*this, *document_, [](const StrictText& text) { text.ascii("<![CDATA["); });
 }
 
 void StrictWriter::endCDATA() {
@@ -382,7 +384,7 @@ void StrictWriter::endCDATA() {
         return;
     inCDATA(false);
     if (!document_->isSuppressed())
-        textTo(*this, *document_).ascii("]]>");
+        writeText(*this, *document_, [](const StrictText& text) { text.ascii("]]>"); });
 }
 
 void StrictWriter::comment(const unsigned short* ch, unsigned int start, unsigned int length) {
@@ -396,10 +398,11 @@ void StrictWriter::comment(const unsigned short* ch, unsigned int start, unsigne
         return;
     if (isCanonical() && inEpilogue())
         newLine();
-    const StrictText out = textTo(*this, *document_);
-    out.ascii("<!--");
-    out.verbatim(text);
-    out.ascii("-->");
+    writeText(*this, *document_, [&](const StrictText& out) {
+        out.ascii("<!--");
+        out.verbatim(text);
+        out.ascii("-->");
+    });
 }
 
 void StrictWriter::notationDecl(const XmlString& name, const XmlString& publicId, const XmlString& systemId) {
@@ -410,10 +413,11 @@ void StrictWriter::notationDecl(const XmlString& name, const XmlString& publicId
         refusal.because("no identifier for", unitsOf(name));
     if (!writesDeclarations())
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("<!NOTATION ");
-    text.verbatim(unitsOf(name));
-    text.identifiers(publicId, systemId);
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("<!NOTATION ");
+        text.verbatim(unitsOf(name));
+        text.identifiers(publicId, systemId);
+    });
     endDeclaration();
 }
 
@@ -427,11 +431,12 @@ void StrictWriter::unparsedEntityDecl(const XmlString& name, const XmlString& pu
     declareEntity(refusal, *document_, unitsOf(name), EntityKind::Unparsed);
     if (!writesDeclarations())
         return;
-    const StrictText text = textTo(*this, *document_);
-    startEntityDeclaration(text, unitsOf(name));
-    text.identifiers(publicId, systemId);
-    text.ascii(" NDATA ");
-    text.verbatim(unitsOf(notationName));
+    writeText(*this, *document_, [&](const StrictText& text) {
+        startEntityDeclaration(text, unitsOf(name));
+        text.identifiers(publicId, systemId);
+        text.ascii(" NDATA ");
+        text.verbatim(unitsOf(notationName));
+    });
     endDeclaration();
 }
 
@@ -444,11 +449,12 @@ void StrictWriter::elementDecl(const XmlString& name, const XmlString& model) {
     document_->doctype.declareElement(unitsOf(name), holdsElementsOnly(unitsOf(model)));
     if (!writesDeclarations())
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("<!ELEMENT ");
-    text.verbatim(unitsOf(name));
-    text.ascii(" ");
-    text.verbatim(unitsOf(model));
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("<!ELEMENT ");
+        text.verbatim(unitsOf(name));
+        text.ascii(" ");
+        text.verbatim(unitsOf(model));
+    });
     endDeclaration();
 }
 
@@ -470,17 +476,18 @@ void StrictWriter::attributeDecl(const XmlString& eName, const XmlString& aName,
         refusal.because("twice the attribute", unitsOf(aName));
     if (!writesDeclarations())
         return;
-    const StrictText text = textTo(*this, *document_);
-    text.ascii("<!ATTLIST ");
-    for (const XmlString* word : {&eName, &aName, &type}) {
-        text.verbatim(unitsOf(*word));
-        text.ascii(" ");
-    }
-    text.verbatim(unitsOf(mode));
-    if (!value.isNull()) {
-        text.ascii(mode.isNull() ? "" : " ");
-        text.quoted(unitsOf(value), Context::AttributeValue);
-    }
+    writeText(*this, *document_, [&](const StrictText& text) {
+        text.ascii("<!ATTLIST ");
+        for (const XmlString* word : {&eName, &aName, &type}) {
+            text.verbatim(unitsOf(*word));
+            text.ascii(" ");
+        }
+        text.verbatim(unitsOf(mode));
+        if (!value.isNull()) {
+            text.ascii(mode.isNull() ? "" : " ");
+            text.quoted(unitsOf(value), Context::AttributeValue);
+        }
+    });
     endDeclaration();
 }
 
@@ -492,10 +499,11 @@ void StrictWriter::internalEntityDecl(const XmlString& name, const XmlString& va
     declareEntity(refusal, *document_, unitsOf(name), EntityKind::Internal);
     if (!writesDeclarations())
         return;
-    const StrictText text = textTo(*this, *document_);
-    startEntityDeclaration(text, unitsOf(name));
-    text.ascii(" ");
-    text.quoted(unitsOf(value), Context::EntityValue);
+    writeText(*this, *document_, [&](const StrictText& text) {
+        startEntityDeclaration(text, unitsOf(name));
+        text.ascii(" ");
+        text.quoted(unitsOf(value), Context::EntityValue);
+    });
     endDeclaration();
 }
 
@@ -506,9 +514,10 @@ void StrictWriter::externalEntityDecl(const XmlString& name, const XmlString& pu
     declareEntity(refusal, *document_, unitsOf(name), EntityKind::External);
     if (!writesDeclarations())
         return;
-    const StrictText text = textTo(*this, *document_);
-    startEntityDeclaration(text, unitsOf(name));
-    text.identifiers(publicId, systemId);
+    writeText(*this, *document_, [&](const StrictText& text) {
+        startEntityDeclaration(text, unitsOf(name));
+        text.identifiers(publicId, systemId);
+    });
     endDeclaration();
 }
 
@@ -524,7 +533,7 @@ bool StrictWriter::writesDeclarations() const noexcept {
 }
 
 void StrictWriter::endDeclaration() {
-    textTo(*this, *document_).ascii(">");
+    writeText(*this, *document_, [](const StrictText& text) { text.ascii(">"); });
     newLine();
 }
 

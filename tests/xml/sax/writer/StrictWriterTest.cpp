@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -693,6 +694,120 @@ TEST_F(StrictWriterTest, MemoryRunsOutWithoutALeak) {
         d.stop(u"urn:p", u"a", u"p:a").unmap(u"p").end();
     };
     Testing::everyAllocationFails(scenario);
+}
+
+/// Takes what is written, and memory for nothing.
+class Nowhere : public std::streambuf {
+protected:
+    std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+    int_type overflow(int_type c) override { return c; }
+};
+
+/// The attributes of an application's own: those of a list, as copies.
+class CopiedAttributes : public Attributes {
+public:
+    explicit CopiedAttributes(const AttributesImpl& list) : list_(list) {}
+
+    unsigned int getLength() const override { return list_.getLength(); }
+    XmlString getURI(unsigned int i) const override { return list_.getURI(i); }
+    XmlString getLocalName(unsigned int i) const override { return list_.getLocalName(i); }
+    XmlString getQName(unsigned int i) const override { return list_.getQName(i); }
+    XmlString getType(unsigned int i) const override { return list_.getType(i); }
+    XmlString getValue(unsigned int i) const override { return list_.getValue(i); }
+    int getIndex(const XmlString&, const XmlString&) const override { return -1; }
+    int getIndex(const XmlString&) const override { return -1; }
+    XmlString getType(const XmlString&, const XmlString&) const override { return XmlString(); }
+    XmlString getType(const XmlString&) const override { return XmlString(); }
+    XmlString getValue(const XmlString&, const XmlString&) const override { return XmlString(); }
+    XmlString getValue(const XmlString&) const override { return XmlString(); }
+
+private:
+    const AttributesImpl& list_;
+};
+
+TEST_F(StrictWriterTest, ElementsAndTextsAllocateNothingOnceThereWereSome) {
+    Nowhere nowhere;
+    std::ostream out(&nowhere);
+    StrictWriter writer(out);
+    const XmlString none, root = text(u"root"), qName = text(u"p:item"), local = text(u"item"),
+                          p = text(u"p"), uri = text(u"urn:p"), cdata = text(u"CDATA"),
+                          idref = text(u"IDREF");
+    const XmlString content = text(u"some <text>, caf\u00E9 \u4E2D]]>\r");
+    AttributesImpl list;
+    list.addAttribute(uri, text(u"a"), text(u"p:a"), cdata, content);
+    list.addAttribute(uri, text(u"b"), text(u"p:b"), cdata, content);
+    list.addAttribute(XmlString(), text(u"c"), text(u"c"), idref, text(u"x"));
+    const CopiedAttributes copied(list);
+    const auto events = [&] {
+        for (const Attributes* attributes :
+             {static_cast<const Attributes*>(&list), static_cast<const Attributes*>(&copied)}) {
+            writer.startElement(uri, local, qName, *attributes);
+            writer.characters(content.data(), 0, content.size());
+            writer.startCDATA();
+            writer.characters(content.data(), 0, content.size());
+            writer.endCDATA();
+            writer.endElement(uri, local, qName);
+        }
+    };
+    writer.startDocument();
+    writer.startDTD(root, XmlString(), XmlString());
+    writer.elementDecl(root, text(u"ANY"));
+    writer.elementDecl(qName, text(u"ANY"));
+    writer.attributeDecl(qName, text(u"c"), idref, text(u"#IMPLIED"), XmlString());
+    writer.endDTD();
+    writer.startPrefixMapping(p, uri);
+    writer.startElement(none, root, root, AttributesImpl());
+    events();
+    const std::size_t ofHost = Testing::hostMemory().requests(), ofNew = Testing::newMemory().requests();
+    events();
+    EXPECT_EQ(ofHost, Testing::hostMemory().requests());
+    EXPECT_EQ(ofNew, Testing::newMemory().requests());
+}
+
+/// It may do so, however little sense it makes.
+class CallingAttributes : public CopiedAttributes {
+public:
+    CallingAttributes(const AttributesImpl& list, StrictWriter& writer)
+        : CopiedAttributes(list), writer_(writer) {}
+
+    XmlString getQName(unsigned int i) const override {
+        const XmlString inner = text(u"inner");
+        AttributesImpl other;
+        other.addAttribute(XmlString(), text(u"z"), text(u"z"), text(u"CDATA"), text(u"9"));
+        writer_.startElement(XmlString(), inner, inner, CopiedAttributes(other));
+        writer_.endElement(XmlString(), inner, inner);
+        return CopiedAttributes::getQName(i);
+    }
+
+private:
+    StrictWriter& writer_;
+};
+
+TEST_F(StrictWriterTest, AForeignListMayCallTheWriterThatAsksIt) {
+    Driver d;
+    d.document().start(u"root");
+    AttributesImpl list;
+    for (const char16_t* name : {u"a", u"b", u"c"})
+        list.addAttribute(XmlString(), text(name), text(name), text(u"CDATA"), text(name));
+    const XmlString e = text(u"e");
+    d.writer.startElement(XmlString(), e, e, CallingAttributes(list, d.writer));
+    const std::string inner = "<inner z=\"9\"></inner>";
+    EXPECT_EQ("<root>" + inner + inner + inner + "<e a=\"a\" b=\"b\" c=\"c\">", d.body());
+}
+
+TEST_F(StrictWriterTest, EndsAreComparedWithTheNamesThatTheirElementsHave) {
+    Driver d;
+    d.document().map(u"p", u"urn:p").start(u"urn:p", u"a", u"p:a");
+    d.map(u"p", u"urn:q").start(u"urn:q", u"a", u"p:a");
+    expectRefused(d, "endElement: another namespace is bound to the prefix of p:a",
+                  [&] { d.stop(u"urn:p", u"a", u"p:a"); });
+    expectRefused(d, "endElement: the local name is not that of p:a",
+                  [&] { d.stop(u"urn:q", u"b", u"p:a"); });
+    d.stop(u"urn:q", u"a", u"p:a").unmap(u"p");
+    expectRefused(d, "endElement: another namespace is bound to the prefix of p:a",
+                  [&] { d.stop(u"urn:q", u"a", u"p:a"); });
+    d.stop(u"", u"", u"p:a").unmap(u"p").end();
+    EXPECT_EQ("<p:a xmlns:p=\"urn:p\"><p:a xmlns:p=\"urn:q\"></p:a></p:a>\n\n", d.body());
 }
 
 } // namespace

@@ -1,0 +1,47 @@
+#ifndef ZUTARNEX_XML_SAX_WRITER_STRICTATTRIBUTESINTERNAL_H
+#define ZUTARNEX_XML_SAX_WRITER_STRICTATTRIBUTESINTERNAL_H
+
+#include "xml/sax/AttributesReadingInternal.h"
+#include "xml/sax/writer/StrictRefusalInternal.h"
+
+#include <vector>
+
+namespace Quillon::Xml::Sax {
+
+/// One attribute of a start tag.
+struct StrictAttribute {
+    Units uri, localName, name, type, value;
+};
+
+using StrictAttributeList = std::vector<StrictAttribute>;
+
+/// Room for the attributes of a start tag, used again for the next one. It holds no string: their blocks belong to
+/// others.
+struct StrictAttributeRoom {
+    StrictAttributeList list;
+    std::vector<XmlString> strings;
+};
+
+/// The attributes of one start tag. The strings of a foreign list are fetched once and kept as long; those of the
+/// library's own lists are read where they lie.
+class StrictAttributes {
+public:
+    /// Takes the room for as long as it lives. (A foreign list may call the writer that asks it.)
+    StrictAttributes(StrictAttributeRoom& room, const Attributes& attributes);
+    StrictAttributes(const StrictAttributes&) = delete;
+    StrictAttributes& operator=(const StrictAttributes&) = delete;
+    ~StrictAttributes();
+
+    const StrictAttributeList& list() const noexcept { return own_.list; }
+
+private:
+    void read(const AttributesImpl& attributes);
+    void fetch(const Attributes& attributes);
+
+    StrictAttributeRoom& lent_;
+    StrictAttributeRoom own_;
+};
+
+} // namespace Quillon::Xml::Sax
+
+#endif
