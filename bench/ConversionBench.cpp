@@ -19,7 +19,7 @@ using namespace DataConv;
 template <class Functor, class T>
 void enterFromText(const std::string& workload, const Numbers<T>& numbers) {
     enter(workload, kLibrary, [&numbers] {
-        return Round(Load{numbers.texts.size()}, [&numbers, texts = numbers.texts]() mutable {
+        return Round(Load{numbers.texts.size()}, [texts = numbers.texts]() mutable {
             const Functor functor;
             const ConversionFunctor<char*, T>* byInterface = &functor;
             benchmark::DoNotOptimize(byInterface);
