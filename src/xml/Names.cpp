@@ -1,6 +1,7 @@
 #include "xml/NamesInternal.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace Quillon::Xml {
@@ -121,25 +122,22 @@ constexpr Range kNameCharacter[] = {
 
 enum AsciiKind : unsigned char { MayStart = 1, MayFollow = 2 };
 
+using AsciiKinds = std::array<unsigned char, 0x80>;
+
+template <std::size_t N>
+constexpr void add(AsciiKinds& kinds, const Range (&ranges)[N], AsciiKind kind) {
+    for (const Range& range : ranges)
+        for (unsigned int unit = range.first; unit <= range.last && unit < kinds.size(); ++unit)
+            kinds[unit] = static_cast<unsigned char>(kinds[unit] | kind);
+}
+
 /// What the tables say of US-ASCII, which most names are made of.
-struct AsciiKinds {
-    unsigned char of[0x80]{};
-
-    consteval AsciiKinds() {
-        add(kNameStart, MayStart);
-        add(kNameCharacter, MayFollow);
-    }
-
-private:
-    template <std::size_t N>
-    consteval void add(const Range (&ranges)[N], AsciiKind kind) {
-        for (const Range& range : ranges)
-            for (unsigned int unit = range.first; unit <= range.last && unit < 0x80; ++unit)
-                of[unit] = static_cast<unsigned char>(of[unit] | kind);
-    }
-};
-
-constexpr AsciiKinds kAsciiKinds;
+constexpr AsciiKinds kAsciiKinds = [] {
+    AsciiKinds kinds{};
+    add(kinds, kNameStart, MayStart);
+    add(kinds, kNameCharacter, MayFollow);
+    return kinds;
+}();
 
 template <std::size_t N>
 bool contains(const Range (&ranges)[N], unsigned short unit) noexcept {
@@ -151,11 +149,11 @@ bool contains(const Range (&ranges)[N], unsigned short unit) noexcept {
 } // namespace
 
 bool isNameStart(unsigned short unit) noexcept {
-    return unit < 0x80 ? (kAsciiKinds.of[unit] & MayStart) != 0 : contains(kNameStart, unit);
+    return unit < 0x80 ? (kAsciiKinds[unit] & MayStart) != 0 : contains(kNameStart, unit);
 }
 
 bool isNameCharacter(unsigned short unit) noexcept {
-    return unit < 0x80 ? (kAsciiKinds.of[unit] & MayFollow) != 0 : contains(kNameCharacter, unit);
+    return unit < 0x80 ? (kAsciiKinds[unit] & MayFollow) != 0 : contains(kNameCharacter, unit);
 }
 
 std::size_t endOfName(const unsigned short* units, std::size_t count) noexcept {

@@ -28,7 +28,7 @@ private:
     static constexpr Marks marksOf(const char* text) noexcept {
         Marks result{};
         for (std::size_t i = 0; text[i] != '\0'; ++i)
-            result[i] = static_cast<std::uint16_t>(text[i]);
+            result[i] = static_cast<unsigned char>(text[i]);
         return result;
     }
     static constexpr std::array<std::uint8_t, 16> rowsOf(std::uint16_t controlLimit,
