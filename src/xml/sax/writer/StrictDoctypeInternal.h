@@ -13,11 +13,6 @@ public:
     enum class EntityKind { Undeclared, Internal, External, Unparsed };
 
     /// Names are found without a copy of them.
-    struct IsLess {
-        using is_transparent = void;
-        bool operator()(Units left, Units right) const noexcept { return isLess(left, right); }
-    };
-
     struct Attribute {
         OwnedUnits type; ///< as an attribute list tells it: `(a|b)` is NMTOKEN
         bool hasDefault;

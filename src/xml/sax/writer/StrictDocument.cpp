@@ -63,9 +63,9 @@ Refusal StrictDocument::enter(const char* event, After after) const {
     if (place == Place::Outside)
         refusal.because("no document has been started");
     if (!announced_.empty() && after != After::Mapping && after != After::Layout)
-        refusal.because("no element follows the mapping of the prefix", announced_.back().prefix);
+        refusal.because("no element follows the mapping of the prefix", announced_.top().prefix);
     if (hasDueMappings() && after != After::EndOfElement)
-        refusal.because("the mapping has not been ended of the prefix", mapped_.back().prefix);
+        refusal.because("the mapping has not been ended of the prefix", mapped_.top().prefix);
     return refusal;
 }
 
@@ -83,19 +83,16 @@ void StrictDocument::announceMapping(const Refusal& refusal, Units prefix, Units
     refusal.unlessText(uri, "the identifier of a namespace");
     if (!isLegalBinding(prefix, uri))
         refusal.because("reserved or empty names, for the prefix", prefix);
-    for (const StrictNamespaces::Binding& other : announced_)
-        if (isSame(other.prefix, prefix))
-            refusal.because("twice for one element, for the prefix", prefix);
-    announced_.push_back({copyOf(prefix), copyOf(uri), depth() + 1});
+    if (announced_.find(prefix))
+        refusal.because("twice for one element, for the prefix", prefix);
+    announced_.push({copyOf(prefix), copyOf(uri), depth() + 1});
 }
 
 void StrictDocument::endMapping(const Refusal& refusal, Units prefix) {
-    const auto due = std::find_if(mapped_.begin(), mapped_.end(), [&](const Mapping& mapping) {
-        return mapping.depth > depth() && isSame(mapping.prefix, prefix);
-    });
-    if (due == mapped_.end())
+    const Mapping* const mapping = mapped_.find(prefix);
+    if (!mapping || mapping->depth <= depth())
         refusal.because("no mapping is to be ended of the prefix", prefix);
-    mapped_.erase(due);
+    mapped_.remove(prefix);
 }
 
 void StrictDocument::checkPlaceOfElement(const Refusal& refusal) const {
@@ -132,8 +129,8 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
     if (depth() == 0)
         hasExpandedNames_ = hasExpandedNames;
     pushElement(unitsOf(qName), checkedName);
-    for (StrictNamespaces::Binding& mapping : announced_)
-        mapped_.push_back({std::move(mapping.prefix), depth()});
+    for (const auto& node : announced_.nodes())
+        mapped_.push({node.entry.prefix, depth()});
     announced_.clear();
     place = Place::Root;
     return added;
@@ -194,7 +191,8 @@ StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
         bind(refusal, name.hasColon ? name.localName : Units(), attribute.value);
     }
     Bindings added;
-    for (const StrictNamespaces::Binding& mapping : announced_) {
+    for (const auto& node : announced_.nodes()) {
+        const StrictNamespaces::Binding& mapping = node.entry;
         const StrictNamespaces::Binding* brought = namespaces_.broughtAt(depth() + 1, mapping.prefix);
         if (brought && !isSame(brought->uri, mapping.uri))
             refusal.because("an attribute declares something else, for the prefix", mapping.prefix);

@@ -102,15 +102,15 @@ private:
     /// Returns the namespace that is bound to the prefix. REQUIRES: `qName` is a name.
     Units checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
                             const QualifiedName& name, bool isAttribute) const;
-    bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.back().depth > depth(); }
+    bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.top().depth > depth(); }
 
     const Locator* locator_ = nullptr;
     bool hasExpandedNames_ = false; ///< the root, and so every element
     OwnedUnits names_;              ///< of the open elements, one behind the other
     std::vector<OpenElement> elements_;
     StrictNamespaces namespaces_;
-    Bindings announced_;          ///< by startPrefixMapping, for the next element
-    std::vector<Mapping> mapped_; ///< announced and not ended, in the order of their elements
+    PrefixStack<StrictNamespaces::Binding> announced_; ///< by startPrefixMapping, for the next element
+    PrefixStack<Mapping> mapped_; ///< announced and not ended, in the order of their elements
     std::vector<OpenEntity> entities_;
     std::size_t suppressing_ = 0;
     std::vector<Units> sortedNames_; ///< room for a check of one start tag

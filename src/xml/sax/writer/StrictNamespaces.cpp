@@ -22,15 +22,13 @@ constexpr Units kXmlUri = unitsOf(kXmlUriLiteral), kXmlnsUri = unitsOf(kXmlnsUri
 
 } // namespace
 
-void StrictNamespaces::leave(std::size_t depth) {
-    while (!bindings_.empty() && bindings_.back().depth > depth)
-        bindings_.pop_back();
+void StrictNamespaces::leave(std::size_t depth) noexcept {
+    while (!bindings_.empty() && bindings_.top().depth > depth)
+        bindings_.pop();
 }
 
 std::optional<Units> StrictNamespaces::uriOf(Units prefix) const {
-    const auto found = std::find_if(bindings_.rbegin(), bindings_.rend(),
-                                    [&](const Binding& binding) { return isSame(binding.prefix, prefix); });
-    if (found != bindings_.rend())
+    if (const Binding* const found = bindings_.find(prefix))
         return found->uri;
     if (isSame(prefix, kXml))
         return kXmlUri;
@@ -38,10 +36,8 @@ std::optional<Units> StrictNamespaces::uriOf(Units prefix) const {
 }
 
 const StrictNamespaces::Binding* StrictNamespaces::broughtAt(std::size_t depth, Units prefix) const {
-    for (auto binding = bindings_.rbegin(); binding != bindings_.rend() && binding->depth == depth; ++binding)
-        if (isSame(binding->prefix, prefix))
-            return &*binding;
-    return nullptr;
+    const Binding* const found = bindings_.find(prefix);
+    return found && found->depth == depth ? found : nullptr;
 }
 
 bool isLegalBinding(Units prefix, Units uri) noexcept {

@@ -1,10 +1,11 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTNAMESPACESINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTNAMESPACESINTERNAL_H
 
+#include "xml/sax/writer/PrefixStackInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
 #include <optional>
-#include <vector>
+#include <utility>
 
 namespace Quillon::Xml::Sax {
 
@@ -17,11 +18,11 @@ public:
         std::size_t depth; ///< of the element that brought it
     };
 
-    void clear() { bindings_.clear(); }
+    void clear() noexcept { bindings_.clear(); }
 
-    void bind(Binding binding) { bindings_.push_back(std::move(binding)); }
+    void bind(Binding binding) { bindings_.push(std::move(binding)); }
     /// Forgets what elements deeper than `depth` have brought.
-    void leave(std::size_t depth);
+    void leave(std::size_t depth) noexcept;
 
     /// Nothing when the prefix is not bound; the empty prefix always is, at first to "", and `xml` to its namespace.
     std::optional<Units> uriOf(Units prefix) const;
@@ -29,7 +30,7 @@ public:
     const Binding* broughtAt(std::size_t depth, Units prefix) const;
 
 private:
-    std::vector<Binding> bindings_;
+    PrefixStack<Binding> bindings_;
 };
 
 /// Whether Namespaces in XML lets a document declare that (its constraints on reserved and empty names).

@@ -27,6 +27,12 @@ inline bool isLess(Units left, Units right) noexcept {
     return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end());
 }
 
+/// For ordered containers.
+struct IsLess {
+    using is_transparent = void;
+    bool operator()(Units left, Units right) const noexcept { return isLess(left, right); }
+};
+
 /// A character of XML 1.0 (production 2).
 constexpr bool isXmlCharacter(char32_t c) noexcept {
     return (c >= 0x20 && c <= 0xD7FF) || c == 0x9 || c == 0xA || c == 0xD || (c >= 0xE000 && c <= 0xFFFD)

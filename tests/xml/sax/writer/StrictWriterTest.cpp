@@ -287,6 +287,38 @@ TEST_F(StrictWriterTest, MappingsWithAttributesAreNotWrittenTwice) {
     EXPECT_EQ("<p:a xmlns:p=\"urn:p\"></p:a>\n\n", d.body());
 }
 
+/// More prefixes than are looked through one by one: found, hidden, refused twice, and ended in any order.
+TEST_F(StrictWriterTest, ManyPrefixesAreToldApart) {
+    constexpr int kCount = 40;
+    const auto prefix = [](int i) {
+        return std::u16string{u'p', static_cast<char16_t>(u'0' + i / 10),
+                              static_cast<char16_t>(u'0' + i % 10)};
+    };
+    Driver d;
+    d.document();
+    for (int i = 0; i < kCount; ++i)
+        d.map(prefix(i).c_str(), (u"urn:" + prefix(i)).c_str());
+    expectRefused(d, "startPrefixMapping: twice for one element, for the prefix p00",
+                  [&] { d.map(u"p00", u"urn:x"); });
+    d.start(u"urn:p07", u"a", u"p07:a");
+    d.map(u"p07", u"urn:hiding").start(u"urn:hiding", u"b", u"p07:b");
+    expectRefused(d, "startElement: another namespace is bound to the prefix of p07:c",
+                  [&] { d.start(u"urn:p07", u"c", u"p07:c"); });
+    d.start(u"urn:p08", u"c", u"p08:c").stop(u"urn:p08", u"c", u"p08:c");
+    d.stop(u"urn:hiding", u"b", u"p07:b");
+    expectRefused(d, "endPrefixMapping: no mapping is to be ended of the prefix p08",
+                  [&] { d.unmap(u"p08"); });
+    d.unmap(u"p07").start(u"urn:p07", u"c", u"p07:c").stop(u"urn:p07", u"c", u"p07:c");
+    d.stop(u"urn:p07", u"a", u"p07:a");
+    for (int i = 0; i < kCount; i += 2)
+        d.unmap(prefix(i).c_str());
+    expectRefused(d, "endPrefixMapping: no mapping is to be ended of the prefix p02",
+                  [&] { d.unmap(u"p02"); });
+    for (int i = kCount - 1; i > 0; i -= 2)
+        d.unmap(prefix(i).c_str());
+    d.end();
+}
+
 TEST_F(StrictWriterTest, NamesWithoutExpandedFormAreNotLookedUp) {
     Driver d;
     d.document().start(u"", u"", u"x:y:z", {{u"", u"", u"q:r", u"1"}}).stop(u"", u"", u"x:y:z").end();
