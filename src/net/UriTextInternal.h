@@ -1,13 +1,12 @@
 #ifndef ZUTARNEX_NET_URITEXTINTERNAL_H
 #define ZUTARNEX_NET_URITEXTINTERNAL_H
 
-#include "runtime/HostServices.h"
+#include "runtime/HostArrayInternal.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 
 namespace Quillon::Net {
 
@@ -31,11 +30,8 @@ inline TextRange wholeOf(const unsigned char* text) noexcept {
     return {text, text + lengthOf(text)};
 }
 
-struct HostRelease {
-    void operator()(unsigned char* block) const noexcept { Runtime::release(block); }
-};
 /// A NUL-terminated text from the host's allocator.
-using OwnedText = std::unique_ptr<unsigned char[], HostRelease>;
+using OwnedText = Runtime::HostArray<unsigned char>;
 
 /// Room for `length` bytes and the terminator, not initialised; null when memory has run out or when 32 bits cannot
 /// count the bytes.

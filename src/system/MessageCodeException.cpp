@@ -2,21 +2,18 @@
 #include "system/MessageCodeException.h"
 
 #include "runtime/CStringInternal.h"
+#include "runtime/HostArrayInternal.h"
 #include "runtime/HostServices.h"
 #include "system/OutOfMemoryException.h"
 
 #include <cstdarg>
-#include <memory>
 #include <utility>
 
 namespace Quillon::System {
 
 namespace {
 
-struct HostRelease {
-    void operator()(char* block) const noexcept { Runtime::release(block); }
-};
-using HostText = std::unique_ptr<char, HostRelease>;
+using HostText = Runtime::HostArray<char>;
 
 const char* identifierOrDefault(const char* identifier) {
     return identifier != nullptr ? identifier : "KAVOLT";

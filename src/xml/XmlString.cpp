@@ -1,6 +1,7 @@
 #include "xml/XmlString.h"
 
 #include "runtime/CStringInternal.h"
+#include "runtime/HostArrayInternal.h"
 #include "runtime/HostServices.h"
 #include "runtime/Transcoding.h"
 #include "system/OutOfMemoryException.h"
@@ -10,7 +11,6 @@
 #include <atomic>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <new>
 #include <sys/single_threaded.h>
 
@@ -22,10 +22,7 @@ constexpr std::uint32_t kHashSeed = 97169;
 constexpr std::uint32_t kHashFactor = 17;
 constexpr std::uint32_t kHashFinalFactor = 9987001;
 
-struct HostRelease {
-    void operator()(void* block) const noexcept { Runtime::release(block); }
-};
-using HostUtf16 = std::unique_ptr<unsigned short[], HostRelease>;
+using HostUtf16 = Runtime::HostArray<unsigned short>;
 
 /// The count stands in the four bytes before the units.
 std::atomic_ref<std::uint32_t> countOf(unsigned short* units) noexcept {

@@ -1,6 +1,6 @@
 #include "xml/sax/writer/EventOutputInternal.h"
 
-#include "runtime/HostServices.h"
+#include "runtime/HostArrayInternal.h"
 #include "runtime/Transcoding.h"
 #include "runtime/kernels/TranscodeInternal.h"
 #include "system/OutOfMemoryException.h"
@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cxxabi.h>
-#include <memory>
 #include <utility>
 
 namespace Quillon::Xml::Sax {
@@ -24,10 +23,7 @@ constexpr Kernels::EscapeSet kZeroUnit(1, 0xFFFF, "");
 constexpr std::size_t kMaxBytesPerUnit = 3;
 constexpr std::size_t kSmallestPiece = 64; ///< units worth a call of a kernel
 
-struct HostRelease {
-    void operator()(char* text) const noexcept { Runtime::release(text); }
-};
-using HostText = std::unique_ptr<char[], HostRelease>;
+using HostText = Runtime::HostArray<char>;
 
 template <std::size_t N>
 bool isSame(const char* name, const char (&known)[N]) noexcept {
