@@ -241,6 +241,36 @@ const LocatorCase kLocatorCases[] = {
          w.elementDecl(XmlString(), XmlString());
      },
      false},
+    {"AttributeDecl",
+     [](XmlWriter& w) {
+         w.startedDoctype(true);
+         w.attributeDecl(XmlString(), XmlString(), XmlString(), XmlString(), XmlString());
+     },
+     false},
+    {"InternalEntityDecl",
+     [](XmlWriter& w) {
+         w.startedDoctype(true);
+         w.internalEntityDecl(XmlString(), XmlString());
+     },
+     false},
+    {"ExternalEntityDecl",
+     [](XmlWriter& w) {
+         w.startedDoctype(true);
+         w.externalEntityDecl(XmlString(), XmlString(), XmlString());
+     },
+     false},
+    {"UnparsedEntityDecl",
+     [](XmlWriter& w) {
+         w.startedDoctype(true);
+         w.unparsedEntityDecl(XmlString(), XmlString(), XmlString(), XmlString());
+     },
+     false},
+    {"NotationDecl",
+     [](XmlWriter& w) {
+         w.startedDoctype(true);
+         w.notationDecl(XmlString(), XmlString(), XmlString());
+     },
+     false},
 };
 
 INSTANTIATE_TEST_SUITE_P(Table, WriterLocatorTest, testing::ValuesIn(kLocatorCases),

@@ -214,6 +214,7 @@ const ParseCase kLiteralCases[] = {
     {"ColonAtTheEndBehindDoubleColon", "//[::1:]", "Expecting digits for an IPv6 address @7"},
     {"NoAddressBehindColon", "//[1:g]", "Expecting IPv4 address @5"},
     {"NoAddressBehindColonButSlash", "//[1:/8]", "Expecting IPv4 address @5"},
+    {"DotBehindColon", "//[1:.1.1.1]", "Expecting IPv4 address @5"},
     {"LettersBeforeADot", "//[1:a.1.1.1]", "Expecting IPv4 address @5"},
     {"LetterInAnOctet", "//[1:1a.1.1.1]", "Malformed IPv4 address @6"},
     {"OctetTooLarge", "//[1:1.256.1.1]", "Malformed IPv4 address @7"},

@@ -25,10 +25,14 @@ typedef struct PluginState {
     int32_t readsOptions;
     int32_t announces; /* destruction and unloading, on standard error */
     int32_t version;
+    int32_t changesVersion; /* laterVersion is what every answer but the first says */
+    int32_t laterVersion;
     int32_t attachStatus;
     int32_t detachStatus;
     void* attachContext;      /* stored as the context unless null */
     void (*onDestroy)(void*); /* called with the record unless null */
+    void (*onAttach)(void*);  /* likewise */
+    void (*onDetach)(void*);  /* likewise */
 
     /* What was seen. */
     int32_t created;

@@ -40,8 +40,7 @@ void resetPluginState(void) {
 
 static int32_t scriptedVersion(QVPI_Plugin_* plugin) {
     state.lastRecord = plugin;
-    ++state.versionAsked;
-    return state.version;
+    return state.versionAsked++ > 0 && state.changesVersion ? state.laterVersion : state.version;
 }
 
 static void scriptedDestroy(QVPI_Plugin_* plugin) {
@@ -57,6 +56,8 @@ static int32_t scriptedAttach(QVPI_Plugin_* plugin, void** context) {
     state.lastRecord = plugin;
     ++state.attached;
     state.contextBefore = *context;
+    if (state.onAttach)
+        state.onAttach(plugin);
     if (state.attachContext)
         *context = state.attachContext;
     return state.attachStatus;
@@ -65,6 +66,8 @@ static int32_t scriptedAttach(QVPI_Plugin_* plugin, void** context) {
 static int32_t scriptedDetach(QVPI_Plugin_* plugin) {
     state.lastRecord = plugin;
     ++state.detached;
+    if (state.onDetach)
+        state.onDetach(plugin);
     return state.detachStatus;
 }
 

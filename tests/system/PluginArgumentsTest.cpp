@@ -140,6 +140,28 @@ TEST_F(PluginArgumentsTest, NameMatchesByPrefix) {
     EXPECT_EQ(exit1, arguments.exit);
     EXPECT_EQ(free1, arguments.free);
     EXPECT_EQ(malloc1, arguments.malloc);
+    const QVPI_PluginOption aborted = option("abort_all", abort1);
+    const QVPI_PluginOption vprintf8 = option("vprintf8", printForPlugin);
+    const QVPI_PluginOption reallocarray = option("reallocarray", realloc1);
+    const QVPI_PluginOption callocs = option("callocs", calloc1);
+    for (const QVPI_PluginOption* each : {&aborted, &vprintf8, &reallocarray, &callocs})
+        EXPECT_EQ(0, arguments.handleQvpiCommonOption(each)) << each->name;
+    EXPECT_EQ(abort1, arguments.abort);
+    EXPECT_EQ(printForPlugin, arguments.vprintf);
+    EXPECT_EQ(realloc1, arguments.realloc);
+    EXPECT_EQ(calloc1, arguments.calloc);
+}
+
+TEST_F(PluginArgumentsTest, SecondParseAddsToTheFirst) {
+    QVPI_Arguments arguments;
+    EXPECT_EQ(-1, parse(arguments, {option("malloc", malloc1), option("free", free1)}));
+    EXPECT_EQ(0, parse(arguments, {option("realloc", realloc1), option("calloc", calloc1)}))
+        << "together they are complete";
+    EXPECT_EQ(malloc1, arguments.malloc);
+    EXPECT_EQ(calloc1, arguments.calloc);
+    EXPECT_EQ(0, parse(arguments, {}));
+    EXPECT_EQ(-1, parse(arguments, {option("calloc")})) << "one of four was taken away";
+    EXPECT_EQ(free1, arguments.free);
 }
 
 TEST_F(PluginArgumentsTest, LaterDuplicateOverwrites) {

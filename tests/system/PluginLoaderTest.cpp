@@ -178,6 +178,27 @@ TEST_F(PluginLoaderTest, VersionIsAskedTwice) {
     EXPECT_EQ(2, module.state().versionAsked);
 }
 
+TEST_F(PluginLoaderTest, SecondVersionIsNotLookedAt) {
+    const TestModule module(kPlain);
+    module.state().changesVersion = 1;
+    for (const std::int32_t later : {0x20000, 0, -1}) {
+        module.state().versionAsked = 0;
+        module.state().laterVersion = later;
+        const Plugin plugin = load(kPlain);
+        EXPECT_TRUE(plugin);
+        EXPECT_EQ(2, module.state().versionAsked);
+    }
+}
+
+TEST_F(PluginLoaderTest, RightSecondVersionDoesNotMendAWrongOne) {
+    const TestModule module(kPlain);
+    module.state().version = 0x20000;
+    module.state().changesVersion = 1;
+    module.state().laterVersion = 0x10000;
+    EXPECT_THROW(load(kPlain), CataloguedException);
+    EXPECT_EQ(1, module.state().versionAsked);
+}
+
 struct VersionCase {
     std::int32_t version;
     bool accepted;
@@ -395,6 +416,21 @@ TEST_F(PluginLoaderTest, AncestorsAreAskedBeforeTheLoaderMakesThePlugin) {
     EXPECT_EQ((std::vector<std::string>{"find p", "init p"}), root->calls);
     EXPECT_EQ(&args, root->args);
     EXPECT_TRUE(root->keep);
+}
+
+TEST_F(PluginLoaderTest, WhatAnAncestorHasIsMadeByNobody) {
+    const auto root = boost::make_shared<RecordingLoader>(Loader());
+    const auto middle = boost::make_shared<RecordingLoader>(root);
+    RecordingLoader loader(middle);
+    root->cached = unowned();
+    loader.made = middle->made = root->made = unowned();
+    EXPECT_EQ(root->cached, loader.loadPlugin("p", nullptr, true));
+    for (const RecordingLoader* each : {&loader, static_cast<const RecordingLoader*>(middle.get()),
+                                        static_cast<const RecordingLoader*>(root.get())})
+        EXPECT_EQ(std::vector<std::string>{"find p"}, each->calls);
+    middle->cached = unowned();
+    EXPECT_EQ(middle->cached, loader.loadPlugin("p", nullptr, true));
+    EXPECT_EQ(std::vector<std::string>{"find p"}, root->calls) << "the nearest one that has it ends the search";
 }
 
 TEST_F(PluginLoaderTest, ChainThatCannotSupplyLeavesItToTheLoader) {

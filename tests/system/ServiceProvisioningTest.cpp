@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <thread>
 
 namespace Quillon::System {
 namespace {
@@ -194,6 +195,31 @@ TEST_F(ServiceProvisioningTest, DetachCallsThePlugin) {
     ServiceProvisioning::doDetach(plugin.get());
     EXPECT_EQ(1, module.state().detached);
     EXPECT_EQ(plugin.get(), module.state().lastRecord);
+}
+
+TEST_F(ServiceProvisioningTest, EachThreadAttachesAndDetachesItself) {
+    const TestModule module(kPlain);
+    const Plugin plugin = ServiceProvisioning::doCreate(kPlain);
+    static std::thread::id attaching, detaching;
+    module.state().onAttach = [](void*) { attaching = std::this_thread::get_id(); };
+    module.state().onDetach = [](void*) { detaching = std::this_thread::get_id(); };
+    int contexts[2] = {};
+    module.state().attachContext = &contexts[0];
+    EXPECT_EQ(&contexts[0], ServiceProvisioning::doAttach(plugin));
+    module.state().attachContext = &contexts[1];
+    std::thread::id other;
+    std::thread([&] {
+        other = std::this_thread::get_id();
+        EXPECT_EQ(&contexts[1], ServiceProvisioning::doAttach(plugin));
+        EXPECT_EQ(other, attaching);
+        ServiceProvisioning::doDetach(plugin.get());
+    }).join();
+    EXPECT_EQ(other, detaching);
+    EXPECT_EQ(2, module.state().attached);
+    EXPECT_EQ(1, module.state().detached);
+    ServiceProvisioning::doDetach(plugin.get());
+    EXPECT_EQ(std::this_thread::get_id(), detaching);
+    EXPECT_EQ(2, module.state().detached);
 }
 
 class ServiceProvisioningDeathTest : public ServiceProvisioningTest {};

@@ -6,6 +6,7 @@
 #include "xml/ArrayIndexOutOfBoundsException.h"
 #include "xml/IllegalArgumentException.h"
 #include "xml/sax/FieldAt.h"
+#include "xml/sax/NotedRequests.h"
 
 #include <gtest/gtest.h>
 
@@ -343,6 +344,68 @@ TEST_F(Attributes2ImplTest, SourceIsRecognisedThroughItsBase) {
     list.setAttributes(asPlain);
     EXPECT_EQ("D", declaredOf(list));
     EXPECT_EQ("s", specifiedOf(list));
+}
+
+/// A list of somebody else's: `length` entries, the even ones declared, the odd ones specified.
+class ForeignAttributes2 : public Attributes2 {
+public:
+    explicit ForeignAttributes2(unsigned int length) : length_(length) {}
+
+    unsigned int getLength() const override { return length_; }
+    XmlString getURI(unsigned int) const override { return XmlString(); }
+    XmlString getLocalName(unsigned int) const override { return text(u"name"); }
+    XmlString getQName(unsigned int) const override { return text(u"name"); }
+    XmlString getType(unsigned int) const override { return text(u"CDATA"); }
+    XmlString getValue(unsigned int) const override { return XmlString(); }
+    int getIndex(const XmlString&, const XmlString&) const override { return -1; }
+    int getIndex(const XmlString&) const override { return -1; }
+    XmlString getType(const XmlString&, const XmlString&) const override { return XmlString(); }
+    XmlString getType(const XmlString&) const override { return XmlString(); }
+    XmlString getValue(const XmlString&, const XmlString&) const override { return XmlString(); }
+    XmlString getValue(const XmlString&) const override { return XmlString(); }
+    bool isDeclared(unsigned int i) const override { return i % 2 == 0; }
+    bool isDeclared(const XmlString&) const override { return false; }
+    bool isDeclared(const XmlString&, const XmlString&) const override { return false; }
+    bool isSpecified(unsigned int i) const override { return i % 2 != 0; }
+    bool isSpecified(const XmlString&) const override { return false; }
+    bool isSpecified(const XmlString&, const XmlString&) const override { return false; }
+
+private:
+    unsigned int length_;
+};
+
+TEST_F(Attributes2ImplTest, FlagsOfAForeignAttributes2AreCopied) {
+    const ForeignAttributes2 source(3);
+    Attributes2Impl list;
+    list.setAttributes(source);
+    EXPECT_EQ("name name name", namesOf(list));
+    EXPECT_EQ("DdD", declaredOf(list));
+    EXPECT_EQ("sSs", specifiedOf(list));
+    const Attributes& asAttributes = source;
+    const Attributes2Impl made(asAttributes);
+    EXPECT_EQ("DdD", declaredOf(made));
+    EXPECT_EQ("sSs", specifiedOf(made));
+}
+
+TEST_F(Attributes2ImplTest, EachFlagArrayHoldsAByteForEachEntry) {
+    const XmlString null;
+    AttributesImpl source;
+    for (int i = 0; i < 7; ++i)
+        source.addAttribute(null, null, null, null, null);
+    Attributes2Impl added, set;
+    const Testing::NotedRequests noted;
+    added.addAttribute(null, null, null, null, null);
+    added.addAttribute(null, null, null, null, null);
+    set.setAttributes(source);
+    std::vector<std::string> flags, strings;
+    for (const std::string& line : noted.lines())
+        (line.find("Zeroed") == std::string::npos ? flags : strings).push_back(line);
+    EXPECT_EQ((std::vector<std::string>{noted.plain(1), noted.plain(1), noted.plain(2), noted.plain(2),
+                                        noted.plain(7), noted.plain(7)}),
+              flags);
+    EXPECT_EQ((std::vector<std::string>{noted.zeroed(25, sizeof(XmlString)),
+                                        noted.zeroed(50, sizeof(XmlString))}),
+              strings);
 }
 
 TEST_F(Attributes2ImplTest, ShorterListReusesTheArrays) {

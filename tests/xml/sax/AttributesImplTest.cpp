@@ -6,6 +6,7 @@
 #include "xml/ArrayIndexOutOfBoundsException.h"
 #include "xml/ImmutableObjectWriteError.h"
 #include "xml/sax/FieldAt.h"
+#include "xml/sax/NotedRequests.h"
 
 #include <gtest/gtest.h>
 
@@ -169,6 +170,18 @@ TEST_F(AttributesImplTest, ArrayIsTheHosts) {
     list.addAttribute(name, name, name, name, name);
     EXPECT_EQ(blocks + 1, hostMemory().liveBlocks());
     EXPECT_EQ(objects, Testing::newMemory().liveBlocks());
+}
+
+TEST_F(AttributesImplTest, ArrayIsAskedForZeroed) {
+    const XmlString null;
+    AttributesImpl list;
+    const Testing::NotedRequests noted;
+    for (int i = 0; i < 11; ++i)
+        list.addAttribute(null, null, null, null, null);
+    EXPECT_EQ((std::vector<std::string>{noted.zeroed(25, sizeof(XmlString)),
+                                        noted.zeroed(50, sizeof(XmlString)),
+                                        noted.zeroed(100, sizeof(XmlString))}),
+              noted.lines());
 }
 
 TEST_F(AttributesImplTest, ManyAttributesAreKept) {

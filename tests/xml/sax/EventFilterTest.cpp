@@ -439,6 +439,50 @@ TEST_F(EventFilterTest, BindWiresAReaderToAConsumerInOrder) {
     EXPECT_EQ(&errors, reader.getErrorHandler());
 }
 
+/// Adds what is asked of it to the questions of a consumer.
+class QuestionedReader : public FakeReader {
+public:
+    explicit QuestionedReader(const FakeConsumer& consumer) : questions_(&consumer.questions) {}
+
+    void setFeature(const XmlString& name, bool value) override {
+        questions_->push_back("reader: setFeature");
+        FakeReader::setFeature(name, value);
+    }
+    void setContentHandler(ContentHandler* handler) override {
+        questions_->push_back("reader: setContentHandler");
+        FakeReader::setContentHandler(handler);
+    }
+    void setDTDHandler(DTDHandler* handler) override {
+        questions_->push_back("reader: setDTDHandler");
+        FakeReader::setDTDHandler(handler);
+    }
+    void setProperty(const XmlString& name, void* value) override {
+        questions_->push_back("reader: setProperty " + show(name));
+        FakeReader::setProperty(name, value);
+    }
+    ErrorHandler* getErrorHandler() const override {
+        questions_->push_back("reader: getErrorHandler");
+        return FakeReader::getErrorHandler();
+    }
+
+private:
+    Lines* questions_;
+};
+
+TEST_F(EventFilterTest, BindHandsEachAnswerOnBeforeTheNextQuestion) {
+    RecordingHandler handler;
+    FakeConsumer consumer(handler);
+    QuestionedReader reader(consumer);
+    EventFilter::bind(&reader, &consumer);
+    EXPECT_EQ((Lines{"reader: setFeature", "getContentHandler", "reader: setContentHandler", "getDTDHandler",
+                     "reader: setDTDHandler", std::string("getProperty ") + kDeclaration,
+                     std::string("reader: setProperty ") + kDeclaration,
+                     std::string("getProperty ") + kLexical,
+                     std::string("reader: setProperty ") + kLexical, "reader: getErrorHandler",
+                     "setErrorHandler"}),
+              consumer.questions);
+}
+
 TEST_F(EventFilterTest, BindLeavesTheReadersHandlersWhereTheConsumerHasNone) {
     RecordingHandler own;
     FakeConsumer consumer;

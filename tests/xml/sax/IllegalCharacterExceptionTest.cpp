@@ -1,6 +1,7 @@
 #include "xml/sax/IllegalCharacterException.h"
 
 #include "support/HostFixture.h"
+#include "system/HostOverride.h"
 #include "system/Identifiable.h"
 #include "system/InternalException.h"
 #include "system/UserException.h"
@@ -8,6 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace Quillon::Xml::Sax {
@@ -69,6 +74,50 @@ TEST_F(IllegalCharacterExceptionTest, WithoutMemoryThatIsReportedInstead) {
     };
     Testing::everyAllocationFails(raise);
     Testing::everyNewFails(raise);
+}
+
+/// What the host's message service is asked, one letter per call, and whether the memory was untouched until then.
+struct Asked {
+    static inline std::string calls;
+    static inline std::size_t requestsBefore;
+    static inline bool isFirst = true;
+
+    static void addTable(void* memoryContext, const Runtime::MessageTable* table) {
+        calls += 'R';
+        isFirst = isFirst && Testing::hostMemory().requests() == requestsBefore;
+        Runtime::defaultHostServices().addMessageTable(memoryContext, table);
+    }
+    static char* format(const char* identifier, std::uint32_t code, std::va_list arguments) {
+        const bool isRight = code == 0x4C0006 && identifier != nullptr
+                             && std::string(identifier) == "KAVOLT:IllegalCharacterException";
+        std::va_list copy;
+        va_copy(copy, arguments);
+        const bool hasCharacter = va_arg(copy, int) == 0xFFFE;
+        va_end(copy);
+        calls += isRight && hasCharacter ? 'F' : '?';
+        return Runtime::defaultHostServices().formatMessage(identifier, code, arguments);
+    }
+};
+
+/// In a process of its own, where the catalog is not registered yet.
+TEST(FirstIllegalCharacterDeathTest, RegistersTheCatalogOnceAndFirst) {
+    EXPECT_EXIT(
+        {
+            const Testing::HostOverride host([](Runtime::HostServices& services) {
+                services.addMessageTable = Asked::addTable;
+                services.formatMessage = Asked::format;
+            });
+            Asked::requestsBefore = Testing::hostMemory().requests();
+            for (int i = 0; i < 3; ++i) {
+                try {
+                    IllegalCharacterException::doThrow(0xFFFE);
+                } catch (const IllegalCharacterException&) {
+                }
+            }
+            std::fprintf(stderr, "%s %s\n", Asked::calls.c_str(), Asked::isFirst ? "first" : "late");
+            std::_Exit(0);
+        },
+        ::testing::ExitedWithCode(0), "^RFFF first\n$");
 }
 
 } // namespace

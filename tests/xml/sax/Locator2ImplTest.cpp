@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace Quillon::Xml::Sax {
 namespace {
 
@@ -79,6 +82,35 @@ TEST_F(Locator2ImplTest, Locator2IsRecognisedThroughEitherPart) {
     const Locator2Impl original = filled();
     expectFilled(Locator2Impl(static_cast<const Locator&>(static_cast<const LocatorImpl&>(original))));
     expectFilled(Locator2Impl(static_cast<const Locator&>(static_cast<const Locator2&>(original))));
+}
+
+/// A locator of somebody else's that keeps what it was asked.
+class AskedLocator2 : public Locator2 {
+public:
+    XmlString getPublicId() const override { return answer("getPublicId", u"pub"); }
+    XmlString getSystemId() const override { return answer("getSystemId", u"sys"); }
+    long long getLineNumber() const override { return asked("getLineNumber"), 3; }
+    long long getColumnNumber() const override { return asked("getColumnNumber"), 4; }
+    XmlString getXMLVersion() const override { return answer("getXMLVersion", u"1.1"); }
+    XmlString getEncoding() const override { return answer("getEncoding", u"EUC-KR"); }
+
+    mutable std::vector<std::string> questions;
+
+private:
+    XmlString answer(const char* question, const char16_t* value) const {
+        asked(question);
+        return text(value);
+    }
+    void asked(const char* question) const { questions.emplace_back(question); }
+};
+
+TEST_F(Locator2ImplTest, ForeignLocator2IsAskedInOrder) {
+    const AskedLocator2 original;
+    const Locator2Impl locator{static_cast<const Locator&>(original)};
+    EXPECT_EQ((std::vector<std::string>{"getPublicId", "getSystemId", "getLineNumber", "getColumnNumber",
+                                        "getXMLVersion", "getEncoding"}),
+              original.questions);
+    expectFilled(locator);
 }
 
 TEST_F(Locator2ImplTest, CopyKeepsWhatTheOriginalWas) {

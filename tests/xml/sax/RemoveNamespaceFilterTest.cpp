@@ -6,6 +6,7 @@
 #include "support/Text.h"
 #include "xml/sax/AttributesImpl.h"
 #include "xml/sax/EventTables.h"
+#include "xml/sax/InputSource.h"
 
 #include <gtest/gtest.h>
 
@@ -212,6 +213,48 @@ TEST_F(RemoveNamespaceFilterTest, EveryOtherEventPasses) {
     for (const auto& event : kErrorEvents)
         event.play(filter), expected += event.line;
     EXPECT_EQ(expected, handler.text());
+}
+
+TEST_F(RemoveNamespaceFilterTest, EntitiesAreResolvedByItsResolver) {
+    FakeReader reader;
+    reader.resolveEntity(u"pub", u"sys");
+    RemoveNamespaceFilter filter(&reader, text(u"urn:n"));
+    filter.parse(text(u"doc.xml"));
+    EXPECT_EQ(0, reader.resolvedCount()); // there is no resolver yet
+    RecordingHandler handler;
+    handler.resolveWith(
+        [](const XmlString&, const XmlString& systemId) { return new InputSource(systemId); });
+    filter.setEntityResolver(&handler);
+    filter.parse(text(u"doc.xml"));
+    EXPECT_EQ(1, reader.resolvedCount());
+    EXPECT_EQ((Lines{"resolveEntity(\"pub\", \"sys\")"}), handler.lines());
+}
+
+/// Keeps where the list of the last element stood.
+class ListSpotter : public RecordingHandler {
+public:
+    void startElement(const XmlString&, const XmlString&, const XmlString&,
+                      const Attributes& attributes) override {
+        list = &attributes;
+        length = attributes.getLength();
+    }
+    const Attributes* list = nullptr;
+    unsigned int length = 0;
+};
+
+TEST_F(RemoveNamespaceFilterTest, HandlerGetsAListOfTheFiltersOwn) {
+    const AttributesImpl attributes = mixedAttributes();
+    const Attributes* const callers = &attributes;
+    ListSpotter handler;
+    for (const char16_t* uri : {u"urn:n", u"urn:of-nothing"}) {
+        RemoveNamespaceFilter filter(nullptr, text(uri));
+        filter.setContentHandler(&handler);
+        filter.startElement(text(u""), text(u"e"), text(u"e"), attributes);
+        EXPECT_NE(nullptr, handler.list);
+        EXPECT_NE(callers, handler.list);
+    }
+    EXPECT_EQ(4u, handler.length) << "nothing was removed, and yet the list is a copy";
+    EXPECT_EQ(4u, attributes.getLength());
 }
 
 TEST_F(RemoveNamespaceFilterTest, WithoutHandlerNothingHappens) {

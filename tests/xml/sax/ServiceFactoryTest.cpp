@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 namespace Quillon::Xml::Sax {
 namespace {
@@ -127,6 +128,17 @@ TEST_F(ServiceFactoryTest, VersionIsAskedTwice) {
     EXPECT_EQ(2, module_.state().versionAsked);
 }
 
+TEST_F(ServiceFactoryTest, SecondVersionIsNotLookedAt) {
+    const Factory factory = ServiceFactory::create();
+    module_.state().changesVersion = 1;
+    for (const std::int32_t later : {0x20000, 0, -1}) {
+        module_.state().versionAsked = 0;
+        module_.state().laterVersion = later;
+        factory->validateInterface(factory->getService());
+        EXPECT_EQ(2, module_.state().versionAsked);
+    }
+}
+
 TEST_F(ServiceFactoryTest, MinorVersionDoesNotCount) {
     const Factory factory = ServiceFactory::create();
     for (const std::int32_t version : {0x10000, 0x10005, 0x1FFFF}) {
@@ -171,6 +183,24 @@ TEST_F(ServiceFactoryTest, AttachedThreadIsAttachedFromBeginToEnd) {
         EXPECT_EQ(1, module_.state().attached);
         EXPECT_EQ(0, module_.state().detached);
     }
+    EXPECT_EQ(1, module_.state().detached);
+}
+
+TEST_F(ServiceFactoryTest, SecondThreadIsAttachedForItself) {
+    const Factory factory = ServiceFactory::create();
+    static std::thread::id attaching, detaching;
+    module_.state().onAttach = [](void*) { attaching = std::this_thread::get_id(); };
+    module_.state().onDetach = [](void*) { detaching = std::this_thread::get_id(); };
+    const AttachedThread here(factory);
+    std::thread::id other;
+    std::thread([&] {
+        other = std::this_thread::get_id();
+        const AttachedThread there(factory);
+        EXPECT_EQ(other, attaching);
+        EXPECT_EQ(0, module_.state().detached);
+    }).join();
+    EXPECT_EQ(other, detaching);
+    EXPECT_EQ(2, module_.state().attached);
     EXPECT_EQ(1, module_.state().detached);
 }
 
@@ -236,6 +266,16 @@ TEST_F(ServiceFactoryDeathTest, OtherMajorVersionEndsTheProcess) {
                     kIncompatible)
             << version;
     }
+}
+
+TEST_F(ServiceFactoryDeathTest, RightSecondVersionDoesNotMendAWrongOne) {
+    const Factory factory = ServiceFactory::create();
+    module_.state().versionAsked = 0;
+    module_.state().version = 0x20000;
+    module_.state().changesVersion = 1;
+    module_.state().laterVersion = 0x10000;
+    EXPECT_EXIT(factory->validateInterface(factory->getService()), ::testing::ExitedWithCode(3),
+                kIncompatible);
 }
 
 TEST_F(ServiceFactoryDeathTest, NoServiceIsIncompatible) {

@@ -103,6 +103,29 @@ TEST_F(XmlFilterFormatTest, IndentsWithSpaces) {
     EXPECT_EQ("characters(\"\\n       \")", formatted(kIndent, kSpaces, 7)[2]);
 }
 
+/// Keeps the bounds of the runs that it receives.
+class RunBounds : public RecordingHandler {
+public:
+    void characters(const unsigned short* units, unsigned int start, unsigned int length) override {
+        firstUnits += units[0] == u'\n' ? "n" : "?";
+        bounds.push_back(std::to_string(start) + "+" + std::to_string(length));
+    }
+    std::string firstUnits;
+    Lines bounds;
+};
+
+TEST_F(XmlFilterFormatTest, WhatIsInjectedStartsAtTheFirstUnit) {
+    RunBounds handler;
+    OpenFormat indenting(nullptr, kIndent, kSpaces, 2), breaking(nullptr, kNewline, kSpaces, 2);
+    for (OpenFormat* filter : {&indenting, &breaking}) {
+        filter->setContentHandler(&handler);
+        filter->startMany(2);
+        filter->end();
+    }
+    EXPECT_EQ((Lines{"0+1", "0+3", "0+3", "0+1", "0+1", "0+1"}), handler.bounds);
+    EXPECT_EQ("nnnnnn", handler.firstUnits);
+}
+
 TEST_F(XmlFilterFormatTest, IndentsWithTabsWhateverTheWidth) {
     for (const unsigned int width : {0u, 1u, 8u, 0xFFFFFFFFu}) {
         EXPECT_EQ((Lines{kLineFeed, kStartA, "characters(\"\\n\\t\")", kStartB, "characters(\"\\n\\t\")",

@@ -6,6 +6,7 @@
 #include "support/Text.h"
 #include "system/InternalException.h"
 #include "system/UserException.h"
+#include "xml/IOException.h"
 #include "xml/NullPointerException.h"
 #include "xml/ReadableByteChannel.h"
 #include "xml/sax/EventTables.h"
@@ -68,6 +69,21 @@ TEST_F(XmlFilterImplTest, ParentIsStoredAndNotTouched) {
     EXPECT_EQ(nullptr, filter.getParent());
     EXPECT_EQ(Lines(), reader.calls());
     EXPECT_EQ(Lines(), other.calls());
+}
+
+TEST_F(XmlFilterImplTest, NewFilterOverAReaderHasNoHandlers) {
+    RecordingHandler own;
+    FakeReader reader;
+    reader.setEntityResolver(&own);
+    reader.setDTDHandler(&own);
+    reader.setContentHandler(&own);
+    reader.setErrorHandler(&own);
+    const OpenFilter filter(&reader);
+    EXPECT_EQ(nullptr, filter.getEntityResolver());
+    EXPECT_EQ(nullptr, filter.getDTDHandler());
+    EXPECT_EQ(nullptr, filter.getContentHandler());
+    EXPECT_EQ(nullptr, filter.getErrorHandler());
+    EXPECT_EQ(nullptr, filter.getDocumentLocator());
 }
 
 TEST_F(XmlFilterImplTest, HandlersAreStoredAndTheParentIsNotTouched) {
@@ -504,6 +520,34 @@ TEST_F(XmlFilterImplTest, ExceptionOfTheParentPasses) {
     reader.add([](FakeReader&) { throw SaxException(text(u"disk")); });
     XmlFilterImpl filter(&reader);
     EXPECT_THROW(filter.parse(text(u"doc.xml")), SaxException);
+}
+
+TEST_F(XmlFilterImplTest, IOExceptionOfTheParentPassesUnchanged) {
+    FakeReader reader;
+    reader.startDocument().add([](FakeReader&) { IOException::doThrow(); }).endDocument();
+    XmlFilterImpl inner(&reader);
+    XmlFilterImpl outer(&inner);
+    RecordingHandler handler;
+    registerAll(outer, handler);
+    InputSource source(text(u"doc.xml"));
+    EXPECT_THROW(outer.parse(source), IOException);
+    EXPECT_THROW(outer.parse(text(u"doc.xml")), IOException);
+    EXPECT_EQ((Lines{"startDocument()", "startDocument()"}), handler.lines());
+}
+
+TEST_F(XmlFilterImplTest, IOExceptionOfAHandlerPassesUnchangedAtEveryEvent) {
+    LocatorImpl locator;
+    FakeReader reader;
+    scriptOfEverything(reader, &locator);
+    XmlFilterImpl filter(&reader);
+    RecordingHandler handler;
+    registerAll(filter, handler);
+    for (std::size_t n = 1; n <= 17; ++n) {
+        handler.clear();
+        handler.throwAt(n, [] { IOException::doThrow(); });
+        EXPECT_THROW(filter.parse(text(u"doc.xml")), IOException) << n;
+        EXPECT_EQ(n, handler.lines().size());
+    }
 }
 
 } // namespace
