@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
@@ -15,7 +16,9 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <thread>
 #include <type_traits>
+#include <vector>
 
 namespace Quillon::DataConv {
 namespace {
@@ -340,6 +343,39 @@ TEST_F(ConversionRulesTest, DecimalPointIsThatOfTheLocale) {
         break;
     }
     std::setlocale(LC_NUMERIC, before.c_str());
+}
+
+// Threads
+
+using ConversionThreadsTest = Testing::HostFixture;
+
+TEST_F(ConversionThreadsTest, OneFunctorServesManyThreads) {
+    const CStringToInt32 toInt;
+    const CStringToDouble toDouble;
+    const Int32ToCString intToText;
+    const DoubleToCString doubleToText;
+    std::atomic<int> wrong{0};
+    const auto convertMany = [&](int first) {
+        for (int i = first; i < first + 1'000; ++i) {
+            char* printed = nullptr;
+            int number = -1;
+            intToText._convert(i, printed);
+            toInt._convert(printed, number);
+            Runtime::release(printed);
+            wrong += number != i;
+            double value = -1;
+            doubleToText._convert(i / 8.0, printed);
+            toDouble._convert(printed, value);
+            Runtime::release(printed);
+            wrong += value != i / 8.0;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back(convertMany, i * 100'000);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(0, wrong);
 }
 
 } // namespace

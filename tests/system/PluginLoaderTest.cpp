@@ -425,12 +425,12 @@ TEST_F(PluginLoaderTest, WhatAnAncestorHasIsMadeByNobody) {
     root->cached = unowned();
     loader.made = middle->made = root->made = unowned();
     EXPECT_EQ(root->cached, loader.loadPlugin("p", nullptr, true));
-    for (const RecordingLoader* each : {&loader, static_cast<const RecordingLoader*>(middle.get()),
-                                        static_cast<const RecordingLoader*>(root.get())})
+    for (const RecordingLoader* each : {&loader, middle.get(), root.get()})
         EXPECT_EQ(std::vector<std::string>{"find p"}, each->calls);
     middle->cached = unowned();
     EXPECT_EQ(middle->cached, loader.loadPlugin("p", nullptr, true));
-    EXPECT_EQ(std::vector<std::string>{"find p"}, root->calls) << "the nearest one that has it ends the search";
+    EXPECT_EQ(std::vector<std::string>{"find p"}, root->calls)
+        << "the nearest one that has it ends the search";
 }
 
 TEST_F(PluginLoaderTest, ChainThatCannotSupplyLeavesItToTheLoader) {

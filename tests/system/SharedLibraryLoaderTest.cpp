@@ -398,6 +398,21 @@ TEST_F(SharedLibraryLoaderDeathTest, AnyOtherExceptionOfALoaderEndsTheProcess) {
         ::testing::ExitedWithCode(kUnexpected), "");
 }
 
+/// Its one symbol is itself.
+class FixedLibrary : public SharedLibrary {
+public:
+    void* getSymbol(const char*) override { return this; }
+};
+
+TEST_F(SharedLibraryLoaderTest, CopyOfALibraryIsAnObjectOfItsOwn) {
+    FixedLibrary library;
+    FixedLibrary copy(library);
+    SharedLibrary& asLibrary = copy;
+    EXPECT_EQ(&copy, asLibrary.getSymbol("any"));
+    EXPECT_EQ(&library, library.getSymbol("any"));
+    static_assert(sizeof(SharedLibrary) == sizeof(void*), "there is nothing to copy");
+}
+
 class ForwardTarget : public SharedLibraryLoader {
 public:
     std::string path;

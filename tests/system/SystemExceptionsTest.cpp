@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <type_traits>
+#include <typeinfo>
 
 namespace Quillon::System {
 namespace {
@@ -67,6 +68,30 @@ TYPED_TEST(PlainExceptionTest, NeedsNoMemory) {
     Testing::hostMemory().failRequest(0);
     Testing::newMemory().failRequest(0);
     EXPECT_TRUE(caught);
+}
+
+/// Somebody else's exception of a kind, which adds nothing to the interface.
+template <class Kind>
+class OwnException : public Kind {};
+
+template <class Kind>
+class SystemExceptionInterfaceTest : public Testing::HostFixture {};
+using SystemExceptionInterfaces =
+    ::testing::Types<SharedLibraryNotFoundException, SymbolNotFoundException, OutOfRangeException,
+                     IllegalStateException, PluginNotFoundException>;
+TYPED_TEST_SUITE(SystemExceptionInterfaceTest, SystemExceptionInterfaces);
+
+TYPED_TEST(SystemExceptionInterfaceTest, IsMadeAndCopiedWithNothing) {
+    using Own = OwnException<TypeParam>;
+    static_assert(std::is_nothrow_default_constructible_v<Own> && std::is_nothrow_copy_constructible_v<Own>);
+    const std::size_t blocks = Testing::hostMemory().requests(), objects = Testing::newMemory().requests();
+    const Own original;
+    const Own copy(original);
+    const TypeParam& asKind = copy;
+    EXPECT_TRUE(typeid(asKind) == typeid(Own));
+    EXPECT_EQ(blocks, Testing::hostMemory().requests());
+    EXPECT_EQ(objects, Testing::newMemory().requests());
+    EXPECT_THROW(throw copy, TypeParam);
 }
 
 class SystemExceptionsTest : public Testing::HostFixture {

@@ -14,6 +14,7 @@
 #include "system/ObjectOutput.h"
 #include "system/UserException.h"
 #include "xml/XmlString.h"
+#include "xml/sax/IllegalCharacterException.h"
 
 #include <gtest/gtest.h>
 
@@ -81,6 +82,32 @@ std::string messageOf(Raise raise) {
         return exception.getMessage();
     }
     return "nothing was thrown";
+}
+
+// The interfaces
+
+/// Somebody else's exception of a kind, which adds nothing to the interface.
+template <class Kind>
+class OwnException : public Kind {};
+
+template <class Kind>
+class ExceptionInterfaceTest : public Testing::HostFixture {};
+using ExceptionInterfaces =
+    ::testing::Types<IOException, NullPointerException, ImmutableObjectWriteError, IllegalArgumentException,
+                     ArrayIndexOutOfBoundsException, Sax::IllegalCharacterException>;
+TYPED_TEST_SUITE(ExceptionInterfaceTest, ExceptionInterfaces);
+
+TYPED_TEST(ExceptionInterfaceTest, IsMadeAndCopiedWithNothing) {
+    using Own = OwnException<TypeParam>;
+    static_assert(std::is_nothrow_default_constructible_v<Own> && std::is_nothrow_copy_constructible_v<Own>);
+    const std::size_t blocks = Testing::hostMemory().requests(), objects = Testing::newMemory().requests();
+    const Own original;
+    const Own copy(original);
+    const TypeParam& asKind = copy;
+    EXPECT_TRUE(typeid(asKind) == typeid(Own));
+    EXPECT_EQ(blocks, Testing::hostMemory().requests());
+    EXPECT_EQ(objects, Testing::newMemory().requests());
+    EXPECT_THROW(throw copy, TypeParam);
 }
 
 // The kinds without a message

@@ -356,6 +356,17 @@ TEST_F(Base64BinaryCodecTest, FullOutputIsReportedBeforeAFaultBehindIt) {
     EXPECT_EQ((CallResult{"", 0, cteInvalidInput}), decode("AA*A", 3, true));
 }
 
+TEST_F(Base64BinaryCodecTest, ResetForgetsPendingBytesAndAGroupBegun) {
+    EXPECT_EQ((CallResult{"f", 4, cteOutputFull}), decode("Zm9v", 1, false));
+    codec.reset();
+    EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"bar", 4, 0}), decode("YmFy", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"", 3, 0}), decode("Zm9", kAmpleRoom, false));
+    codec.reset();
+    EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"bar", 4, 0}), decode("YmFy", kAmpleRoom, true));
+}
+
 TEST_F(Base64BinaryCodecTest, EncodingTakesNothingOverFromADecoding) {
     EXPECT_EQ((CallResult{"M", 4, 0}), decode("TQ==", kAmpleRoom, true));
     EXPECT_EQ((CallResult{"Zm9v", 3, 0}), encode("foo", kAmpleRoom, true));

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <malloc.h>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -81,6 +82,10 @@ TEST_F(HexBinaryCodecTest, ResetForgetsPendingCharactersAndDigits) {
     decode("A", kAmpleRoom, false);
     codec.reset();
     EXPECT_EQ((CallResult{"\x0B", 2, 0}), decode("0B", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"\x0A", 4, cteOutputFull}), decode("0A0B", 1, false));
+    codec.reset();
+    EXPECT_EQ((CallResult{"", 0, cteInvalidArguments}), decode("", kAmpleRoom, true));
+    EXPECT_EQ((CallResult{"\x0C", 2, 0}), decode("0C", kAmpleRoom, true));
 }
 
 // Decoding in pieces
@@ -261,6 +266,32 @@ TEST_F(HexBinaryCodecTest, OneShotResultIsTerminated) {
     EXPECT_EQ(3u, length);
     EXPECT_EQ(0, back[3]);
     EXPECT_EQ(cteNoError, error);
+}
+
+/// As large as a block that was asked for with `bytes`; a sanitizer counts exactly, the C library in steps.
+bool isBlockOf(unsigned char* block, std::size_t bytes) {
+    const std::unique_ptr<unsigned char[]> like(new unsigned char[bytes]);
+    return malloc_usable_size(block) == malloc_usable_size(like.get());
+}
+
+TEST_F(HexBinaryCodecTest, OneShotBlocksAreMadeForTheLengthOfTheInput) {
+    const std::string data(200, 'd');
+    const std::string spaces(200, ' '); // what is skipped counts, too
+    for (unsigned int n = 1; n <= 200; ++n) {
+        unsigned int length = 0;
+        cteErrorCode error = cteNoError;
+        const auto* const bytes = reinterpret_cast<const unsigned char*>(data.data());
+        const std::unique_ptr<unsigned char[]> text(codec.encode(bytes, n, &length, &error));
+        ASSERT_TRUE(text);
+        EXPECT_EQ(2 * n, length);
+        EXPECT_EQ(0, text[2 * n]);
+        EXPECT_TRUE(isBlockOf(text.get(), 2 * n + 1)) << n;
+        const auto* const blanks = reinterpret_cast<const unsigned char*>(spaces.data());
+        const std::unique_ptr<unsigned char[]> nothing(codec.decode(blanks, n, &length, &error));
+        ASSERT_TRUE(nothing);
+        EXPECT_EQ(0u, length);
+        EXPECT_TRUE(isBlockOf(nothing.get(), n / 2 + 1)) << n;
+    }
 }
 
 TEST_F(HexBinaryCodecTest, OneShotDecodingOfWhiteSpaceIsEmpty) {

@@ -403,9 +403,9 @@ TEST_F(Attributes2ImplTest, EachFlagArrayHoldsAByteForEachEntry) {
     EXPECT_EQ((std::vector<std::string>{noted.plain(1), noted.plain(1), noted.plain(2), noted.plain(2),
                                         noted.plain(7), noted.plain(7)}),
               flags);
-    EXPECT_EQ((std::vector<std::string>{noted.zeroed(25, sizeof(XmlString)),
-                                        noted.zeroed(50, sizeof(XmlString))}),
-              strings);
+    EXPECT_EQ(
+        (std::vector<std::string>{noted.zeroed(25, sizeof(XmlString)), noted.zeroed(50, sizeof(XmlString))}),
+        strings);
 }
 
 TEST_F(Attributes2ImplTest, ShorterListReusesTheArrays) {

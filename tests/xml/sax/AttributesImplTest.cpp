@@ -178,10 +178,10 @@ TEST_F(AttributesImplTest, ArrayIsAskedForZeroed) {
     const Testing::NotedRequests noted;
     for (int i = 0; i < 11; ++i)
         list.addAttribute(null, null, null, null, null);
-    EXPECT_EQ((std::vector<std::string>{noted.zeroed(25, sizeof(XmlString)),
-                                        noted.zeroed(50, sizeof(XmlString)),
-                                        noted.zeroed(100, sizeof(XmlString))}),
-              noted.lines());
+    EXPECT_EQ(
+        (std::vector<std::string>{noted.zeroed(25, sizeof(XmlString)), noted.zeroed(50, sizeof(XmlString)),
+                                  noted.zeroed(100, sizeof(XmlString))}),
+        noted.lines());
 }
 
 TEST_F(AttributesImplTest, ManyAttributesAreKept) {

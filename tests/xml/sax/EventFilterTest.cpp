@@ -474,13 +474,12 @@ TEST_F(EventFilterTest, BindHandsEachAnswerOnBeforeTheNextQuestion) {
     FakeConsumer consumer(handler);
     QuestionedReader reader(consumer);
     EventFilter::bind(&reader, &consumer);
-    EXPECT_EQ((Lines{"reader: setFeature", "getContentHandler", "reader: setContentHandler", "getDTDHandler",
-                     "reader: setDTDHandler", std::string("getProperty ") + kDeclaration,
-                     std::string("reader: setProperty ") + kDeclaration,
-                     std::string("getProperty ") + kLexical,
-                     std::string("reader: setProperty ") + kLexical, "reader: getErrorHandler",
-                     "setErrorHandler"}),
-              consumer.questions);
+    EXPECT_EQ(
+        (Lines{"reader: setFeature", "getContentHandler", "reader: setContentHandler", "getDTDHandler",
+               "reader: setDTDHandler", std::string("getProperty ") + kDeclaration,
+               std::string("reader: setProperty ") + kDeclaration, std::string("getProperty ") + kLexical,
+               std::string("reader: setProperty ") + kLexical, "reader: getErrorHandler", "setErrorHandler"}),
+        consumer.questions);
 }
 
 TEST_F(EventFilterTest, BindLeavesTheReadersHandlersWhereTheConsumerHasNone) {
