@@ -49,7 +49,7 @@ struct DigitCollector {
     const DigitTable& table;
     std::size_t count = 0;  ///< of the values that are held
     bool isStopped = false; ///< within a block's length there is something else
-    alignas(64) unsigned char values[kPiece + 2 * 64];
+    alignas(64) unsigned char values[kPiece + std::size_t{2} * 64];
 
     explicit DigitCollector(const DigitTable& digits) noexcept : table(digits) {}
 
