@@ -1,7 +1,7 @@
 # Sourced by the scripts beside it: what they need of Debian, installed when it is missing, as root or through sudo.
 
 base_packages="g++ cmake ninja-build python3-minimal libboost-dev libexpat1-dev libcli11-dev"
-test_packages="$base_packages libc6-dev binutils googletest locales pkg-config"
+test_packages="$base_packages python3 libc6-dev binutils googletest locales pkg-config"
 bench_peers="qt6-base-dev libpoco-dev libxerces-c-dev libxml2-dev libxml2-utils liburiparser-dev libssl-dev libicu-dev shared-mime-info"
 all_packages="$test_packages clang g++-multilib libclang-rt-dev ccache libxml2-utils valgrind clang-format clang-tidy codespell"
 
