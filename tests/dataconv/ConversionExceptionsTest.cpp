@@ -5,6 +5,7 @@
 #include "dataconv/NotFoundException.h"
 #include "dataconv/RuntimeException.h"
 
+#include "support/ExceptionInterface.h"
 #include "support/HostFixture.h"
 #include "system/InternalException.h"
 #include "system/Throwable.h"
@@ -65,21 +66,8 @@ TYPED_TEST(ConversionExceptionsTest, InterfaceHasNoData) {
     EXPECT_EQ(sizeof(void*), sizeof(TypeParam));
 }
 
-/// Somebody else's exception of a kind, which adds nothing to the interface.
-template <class Kind>
-class OwnException : public Kind {};
-
 TYPED_TEST(ConversionExceptionsTest, InterfaceIsMadeAndCopiedWithNothing) {
-    using Own = OwnException<TypeParam>;
-    static_assert(std::is_nothrow_default_constructible_v<Own> && std::is_nothrow_copy_constructible_v<Own>);
-    const std::size_t blocks = Testing::hostMemory().requests(), objects = Testing::newMemory().requests();
-    const Own original;
-    const Own copy(original);
-    const TypeParam& asKind = copy;
-    EXPECT_TRUE(typeid(asKind) == typeid(Own));
-    EXPECT_EQ(blocks, Testing::hostMemory().requests());
-    EXPECT_EQ(objects, Testing::newMemory().requests());
-    EXPECT_THROW(throw copy, TypeParam);
+    Testing::expectMadeAndCopiedWithNothing<TypeParam>();
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "system/SharedLibraryNotFoundException.h"
 #include "system/SymbolNotFoundException.h"
 
+#include "support/ExceptionInterface.h"
 #include "support/HostFixture.h"
 #include "system/Identifiable.h"
 #include "system/InternalException.h"
@@ -70,10 +71,6 @@ TYPED_TEST(PlainExceptionTest, NeedsNoMemory) {
     EXPECT_TRUE(caught);
 }
 
-/// Somebody else's exception of a kind, which adds nothing to the interface.
-template <class Kind>
-class OwnException : public Kind {};
-
 template <class Kind>
 class SystemExceptionInterfaceTest : public Testing::HostFixture {};
 using SystemExceptionInterfaces =
@@ -82,16 +79,7 @@ using SystemExceptionInterfaces =
 TYPED_TEST_SUITE(SystemExceptionInterfaceTest, SystemExceptionInterfaces);
 
 TYPED_TEST(SystemExceptionInterfaceTest, IsMadeAndCopiedWithNothing) {
-    using Own = OwnException<TypeParam>;
-    static_assert(std::is_nothrow_default_constructible_v<Own> && std::is_nothrow_copy_constructible_v<Own>);
-    const std::size_t blocks = Testing::hostMemory().requests(), objects = Testing::newMemory().requests();
-    const Own original;
-    const Own copy(original);
-    const TypeParam& asKind = copy;
-    EXPECT_TRUE(typeid(asKind) == typeid(Own));
-    EXPECT_EQ(blocks, Testing::hostMemory().requests());
-    EXPECT_EQ(objects, Testing::newMemory().requests());
-    EXPECT_THROW(throw copy, TypeParam);
+    Testing::expectMadeAndCopiedWithNothing<TypeParam>();
 }
 
 class SystemExceptionsTest : public Testing::HostFixture {

@@ -6,6 +6,7 @@
 #include "xml/NullPointerException.h"
 
 #include "runtime/HostServices.h"
+#include "support/ExceptionInterface.h"
 #include "support/HostFixture.h"
 #include "support/Text.h"
 #include "system/Identifiable.h"
@@ -86,10 +87,6 @@ std::string messageOf(Raise raise) {
 
 // The interfaces
 
-/// Somebody else's exception of a kind, which adds nothing to the interface.
-template <class Kind>
-class OwnException : public Kind {};
-
 template <class Kind>
 class ExceptionInterfaceTest : public Testing::HostFixture {};
 using ExceptionInterfaces =
@@ -98,16 +95,7 @@ using ExceptionInterfaces =
 TYPED_TEST_SUITE(ExceptionInterfaceTest, ExceptionInterfaces);
 
 TYPED_TEST(ExceptionInterfaceTest, IsMadeAndCopiedWithNothing) {
-    using Own = OwnException<TypeParam>;
-    static_assert(std::is_nothrow_default_constructible_v<Own> && std::is_nothrow_copy_constructible_v<Own>);
-    const std::size_t blocks = Testing::hostMemory().requests(), objects = Testing::newMemory().requests();
-    const Own original;
-    const Own copy(original);
-    const TypeParam& asKind = copy;
-    EXPECT_TRUE(typeid(asKind) == typeid(Own));
-    EXPECT_EQ(blocks, Testing::hostMemory().requests());
-    EXPECT_EQ(objects, Testing::newMemory().requests());
-    EXPECT_THROW(throw copy, TypeParam);
+    Testing::expectMadeAndCopiedWithNothing<TypeParam>();
 }
 
 // The kinds without a message
