@@ -2,6 +2,7 @@
 
 #include "ParseContext.h"
 #include "Text.h"
+#include "runtime/TextScan.h"
 #include "xml/sax/ContentHandler.h"
 #include "xml/sax/LexicalHandler.h"
 
@@ -26,6 +27,13 @@ bool isWhiteSpace(UnitSpan units) {
     return std::all_of(units.begin(), units.end(), [](XML_Char unit) {
         return unit == u' ' || unit == u'\n' || unit == u'\t' || unit == u'\r';
     });
+}
+
+std::size_t blanksAtBegin(UnitSpan units) {
+    std::size_t count = 0;
+    while (count != units.size && (units.data[count] == u' ' || units.data[count] == u'\t'))
+        ++count;
+    return count;
 }
 
 } // namespace
@@ -231,12 +239,54 @@ inline void ContentEvents::deliver(UnitSpan units) {
 }
 
 void ContentEvents::text(UnitSpan units) {
+    if (deliveredAhead_ != 0) {
+        const std::size_t count = std::min<std::size_t>(deliveredAhead_, units.size);
+        deliveredAhead_ -= count;
+        units = units.from(static_cast<std::uint32_t>(count));
+    }
     const bool isWhole =
         heldSurrogate_ == 0 && units.size != 0 && !isHighSurrogate(units.data[units.size - 1]);
     if (isWhole)
-        deliver(units);
+        deliver(withLinesBehind(units));
     else if (units.size != 0)
         textWithHalfPair(units);
+}
+
+/// Expat tells of text line by line, and of each line end alone. What follows in its buffer, up to the next markup, goes
+/// to the handler together with the first of it. Where lines have to be told apart, or where the text is not in the
+/// buffer, it stays at what Expat tells.
+UnitSpan ContentEvents::withLinesBehind(UnitSpan units) {
+    const XML_Char* const begin = isContentOfElements_ ? nullptr : placeInChunk(units);
+    if (!begin)
+        return units;
+    const UnitSpan chunk = context_.entity->chunk();
+    const UnitSpan behind(begin + units.size, static_cast<std::size_t>(chunk.end() - begin) - units.size);
+    std::size_t count = blanksAtBegin(behind); // often the indentation of the next tag
+    if (count == behind.size || behind.data[count] != u'<')
+        count += Runtime::lengthOfPlainText(behind.data + count, behind.size - count);
+    const bool endsAtMarkup =
+        count != behind.size && (behind.data[count] == u'<' || behind.data[count] == u'&');
+    if (!endsAtMarkup) // Expat may go on to the end of the line
+        while (count != 0 && behind.data[count - 1] != u'\n')
+            --count;
+    deliveredAhead_ = count;
+    return {begin, units.size + count};
+}
+
+/// Where the text stands in the chunk that Expat has got; null where it does not, as that of an entity.
+const XML_Char* ContentEvents::placeInChunk(UnitSpan units) const {
+    const UnitSpan chunk = context_.entity->chunk();
+    const auto isInChunk = [&](const XML_Char* place) {
+        return std::less_equal<>()(chunk.begin(), place) && std::less<>()(place, chunk.end());
+    };
+    if (isInChunk(units.data))
+        return units.data;
+    if (units.size != 1 || units.data[0] != u'\n')
+        return nullptr;
+    int offset = 0, size = 0; // a line end, of which Expat shows a copy
+    const char* const buffer = XML_GetInputContext(context_.entity->parser(), &offset, &size);
+    const auto* const place = reinterpret_cast<const XML_Char*>(buffer + offset);
+    return buffer && isInChunk(place) && *place == u'\n' ? place : nullptr;
 }
 
 /// Text that begins or ends inside a pair of surrogates: Expat cuts where its buffer ends.

@@ -55,6 +55,8 @@ private:
     [[noreturn]] void failDuplicate(const ElementAttributes::Slot& slot);
     void closeElement();
     [[noreturn]] void failHeldSurrogate();
+    UnitSpan withLinesBehind(UnitSpan units);
+    const XML_Char* placeInChunk(UnitSpan units) const;
     void deliver(UnitSpan units);
     void textWithHalfPair(UnitSpan units);
     void joinPair(UnitSpan& units);
@@ -71,7 +73,8 @@ private:
     Location emptyTagStart_;
     bool isContentOfElements_ = false; ///< white space here may be ignored
     bool inCdata_ = false;
-    XML_Char heldSurrogate_ = 0; ///< 0: none
+    std::size_t deliveredAhead_ = 0; ///< units that Expat will tell of next
+    XML_Char heldSurrogate_ = 0;     ///< 0: none
     Location heldPlace_;
 };
 

@@ -375,6 +375,11 @@ Encoding detectEncoding(std::string_view head, const std::string& external, bool
     Encoding encoding =
         external.empty() ? detectByAppearance(head, isContent) : detectExternal(head, external, isContent);
     keepDoubleMark(encoding, head);
+    const bool isUtf8 = encoding.expatName == kUtf8.units && encoding.recodeFrom.empty();
+    if (isUtf8 && encoding.fault.empty()) {
+        readAsUtf16(encoding, false);
+        encoding.isWidened = true;
+    }
     return encoding;
 }
 

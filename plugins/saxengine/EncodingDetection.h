@@ -10,16 +10,18 @@ namespace Quillon::SaxEngine {
 
 /// How the bytes of an entity are to be read.
 ///
-///     reading           | expatName       | recodeFrom
-///     as they are       | the encoding    | empty
-///     recoded to UTF-8  | UTF-8           | the encoding, for iconv
+///     reading            | expatName       | isWidened | recodeFrom
+///     as they are        | the encoding    | no        | empty
+///     widened to UTF-16  | UTF-16LE        | yes       | empty        (UTF-8: Expat takes twice as long for its text)
+///     recoded to UTF-8   | UTF-8           | no        | the encoding, for iconv
 struct Encoding {
     std::string name;                    ///< from outside, else as declared, else as the bytes tell
     std::string declared;                ///< what the declaration says; empty: nothing
     const XML_Char* expatName = nullptr; ///< one of Expat's four, whatever the declaration says
     std::string recodeFrom;
     unsigned int markLength = 0; ///< bytes of the byte order mark, which Expat does not get to see
-    bool isUtf16 = false;
+    bool isWidened = false;
+    bool isUtf16 = false;     ///< as Expat gets it
     bool isBigEndian = false; ///< of UTF-16
     std::string fault;        ///< why the bytes cannot be read; empty: they can
 };

@@ -1,16 +1,20 @@
 #include "EntityInput.h"
 
+#include "runtime/Transcoding.h"
 #include "system/OutOfMemoryException.h"
 #include "xml/IOException.h"
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace Quillon::SaxEngine {
 
 namespace {
 
 constexpr unsigned int kRawSize = 8 * 1024;
+constexpr XML_Char kNoCharacter = 0xFFFF;
+constexpr XML_Char kSwappedMark = 0xFFFE; ///< Expat would take it for a byte order mark, at the beginning
 
 unsigned int unitAt(const char* bytes, bool bigEndian) {
     const unsigned int first = static_cast<unsigned char>(bytes[0]),
@@ -57,6 +61,8 @@ void EntityInput::detect(const std::string& external, bool isContent) {
     headUsed_ = encoding_.markLength;
     if (!encoding_.fault.empty()) {
         fail(encoding_.fault);
+    } else if (encoding_.isWidened) {
+        raw_.resize(kChunkSize / sizeof(XML_Char));
     } else if (!encoding_.recodeFrom.empty()) {
         if (!decoder_.open(encoding_.recodeFrom.c_str())) // it could be opened a moment ago
             System::OutOfMemoryException::doThrow();
@@ -96,6 +102,8 @@ std::string_view EntityInput::readAhead() {
 EntityInput::Chunk EntityInput::fillNow(char* buffer) {
     if (!fault_.message.empty())
         return {};
+    if (encoding_.isWidened)
+        return fillWidened(buffer);
     return encoding_.recodeFrom.empty() ? fillDirectly(buffer) : fillRecoded(buffer);
 }
 
@@ -150,6 +158,41 @@ unsigned int EntityInput::checkUnits(const char* buffer, unsigned int byteCount)
     if (message)
         fail(message);
     return i;
+}
+
+/// A byte becomes one unit at most, so that what is read at once always fits.
+EntityInput::Chunk EntityInput::fillWidened(char* buffer) {
+    std::size_t unitCount = 0;
+    bool isLast = !unwidened_.empty();
+    while (unitCount == 0 && !isLast) {
+        const unsigned int added =
+            read(raw_.data() + rawFilled_, static_cast<unsigned int>(raw_.size() - rawFilled_));
+        rawFilled_ += added;
+        isLast = added == 0;
+        unitCount = widen(reinterpret_cast<XML_Char*>(buffer), isLast); // Expat's buffers are aligned for it
+    }
+    return {static_cast<int>(unitCount * sizeof(XML_Char)), isLast};
+}
+
+/// Widens the raw bytes but for those that have to wait for the next.
+std::size_t EntityInput::widen(XML_Char* units, bool isLast) {
+    const std::size_t held = !isLast && raw_[rawFilled_ - 1] == '\r' ? 1 : 0;
+    const auto beginning = Runtime::wellFormedUtf8ToUtf16(raw_.data(), rawFilled_ - held, units);
+    std::size_t unitCount = beginning.unitCount;
+    const bool isFirst = !std::exchange(markLookedFor_, markLookedFor_ || unitCount != 0);
+    if (isFirst && unitCount != 0 && units[0] == kSwappedMark) {
+        unitCount = 0;
+        unwidened_ = "the character U+FFFE is not allowed";
+    } else if (beginning.isIllFormed) {
+        unwidened_ = "bytes that are ill-formed in the encoding \"" + encoding_.name + "\"";
+    } else if (isLast && beginning.byteCount != rawFilled_) {
+        unwidened_ = "the input ends inside a character of the encoding \"" + encoding_.name + "\"";
+    }
+    if (!unwidened_.empty())
+        units[unitCount++] = kNoCharacter;
+    std::memmove(raw_.data(), raw_.data() + beginning.byteCount, rawFilled_ - beginning.byteCount);
+    rawFilled_ -= beginning.byteCount;
+    return unitCount;
 }
 
 EntityInput::Chunk EntityInput::fillRecoded(char* buffer) {

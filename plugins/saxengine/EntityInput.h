@@ -4,6 +4,7 @@
 #include "EncodingDetection.h"
 #include "Location.h"
 #include "TextPosition.h"
+#include "UnitSpan.h"
 #include "runtime/StreamDecoder.h"
 #include "xml/ReadableByteChannel.h"
 
@@ -17,9 +18,12 @@ namespace Quillon::SaxEngine {
 /// encoding, and in UTF-16 only with whole pairs of surrogates. A carriage return never ends a chunk but the last:
 /// behind the root element, Expat would count its line feed as a line of its own.
 ///
-///     channel -> head | raw bytes -> decoder -> chunk -> Expat
-///                     '-----------------------> chunk -> Expat        (UTF-8, ISO-8859-1, US-ASCII)
+///     channel -> head | raw bytes -> widened -> chunk -> Expat        (UTF-8)
+///                     | raw bytes -> decoder -> chunk -> Expat        (what iconv knows)
+///                     '-----------------------> chunk -> Expat        (ISO-8859-1, US-ASCII)
 ///                     '-> look at surrogates -> chunk -> Expat        (UTF-16)
+///
+/// In the place of bytes that are ill-formed in UTF-8, Expat gets U+FFFF, which it refuses there: see unwidened().
 class EntityInput {
 public:
     struct Chunk {
@@ -45,6 +49,8 @@ public:
     /// Throws: what the channel throws, and IOException when it claims more than it was asked for.
     Chunk fill(char* buffer);
     const Fault& fault() const { return fault_; }
+    /// What is wrong with the bytes that the last character of the last chunk stands for; empty: nothing.
+    const std::string& unwidened() const { return unwidened_; }
 
     /// The chunk that the next fill() will give, taken out of turn; an empty one at the end.
     std::string_view readAhead();
@@ -55,6 +61,8 @@ private:
     unsigned int read(char* buffer, unsigned int capacity);
     Chunk fillNow(char* buffer);
     Chunk fillDirectly(char* buffer);
+    Chunk fillWidened(char* buffer);
+    std::size_t widen(XML_Char* units, bool isLast);
     Chunk fillRecoded(char* buffer);
     unsigned int decode(char* buffer, unsigned int capacity);
     unsigned int finishDecoding(char* buffer, unsigned int capacity);
@@ -69,13 +77,14 @@ private:
     bool atEnd_ = false; ///< of the channel
     Encoding encoding_;
     Runtime::StreamDecoder decoder_;
-    std::vector<char> raw_; ///< what waits for the decoder
+    std::vector<char> raw_; ///< what waits to be widened or decoded
     std::size_t rawUsed_ = 0, rawFilled_ = 0;
-    bool markLookedFor_ = false; ///< in the decoder's output
+    bool markLookedFor_ = false; ///< in what was widened or decoded
     char carry_[4];              ///< the end of the last chunk, held back
     unsigned int carried_ = 0;
     TextPosition position_; ///< of what was delivered; only followed where Fault needs it
     Fault fault_;
+    std::string unwidened_;
     std::string ahead_; ///< chunks that were taken out of turn
     std::size_t aheadUsed_ = 0;
     bool aheadIsLast_ = false;

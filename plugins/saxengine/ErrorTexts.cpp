@@ -51,25 +51,37 @@ std::string illFormed(const Encoding& encoding) {
     return "bytes that are ill-formed in the encoding \"" + encoding.name + "\"";
 }
 
+long unitAt(std::string_view bytes, bool isBigEndian) {
+    const auto first = static_cast<unsigned char>(bytes[0]), second = static_cast<unsigned char>(bytes[1]);
+    return isBigEndian ? first << 8 | second : second << 8 | first;
+}
+
+/// The character (in UTF-16, the unit) at the beginning of `bytes`, as Expat has them; -1 when they are ill-formed.
+long leadingCharacter(std::string_view bytes, const Encoding& encoding) {
+    if (encoding.isUtf16)
+        return bytes.size() < 2 ? -1 : unitAt(bytes, encoding.isBigEndian);
+    const long byte = static_cast<unsigned char>(bytes[0]);
+    if (encoding.expatName[0] != u'U') // ISO-8859-1
+        return byte;
+    const bool isAscii = encoding.expatName[1] == u'S';
+    return isAscii ? (byte < 0x80 ? byte : -1) : leadingCharacter(bytes);
+}
+
 /// Expat says only "invalid token", whatever is invalid about it.
 std::string invalidToken(const OpenEntity& entity) {
-    const Encoding& encoding = entity.input().encoding();
     const std::string_view bytes = bytesAtError(entity.parser());
-    const bool isEightBit = encoding.expatName && encoding.expatName[0] != u'U';
-    if (!bytes.empty() && !encoding.isUtf16) {
-        const bool isAscii =
-            encoding.expatName && encoding.expatName[1] == u'S' && encoding.expatName[2] == u'-';
-        const long character =
-            isEightBit || isAscii ? static_cast<unsigned char>(bytes[0]) : leadingCharacter(bytes);
-        if (character < 0 || (isAscii && character >= 0x80))
-            return illFormed(encoding);
-        if (!mayStandInDocuments(character)) {
-            char text[64];
-            std::snprintf(text, sizeof text, "the character U+%04lX is not allowed", character);
-            return text;
-        }
-    }
-    return "not well-formed";
+    if (bytes.empty())
+        return "not well-formed";
+    if (bytes.size() == sizeof(XML_Char) && !entity.input().unwidened().empty())
+        return entity.input().unwidened();
+    const long character = leadingCharacter(bytes, entity.input().encoding());
+    if (character < 0)
+        return illFormed(entity.input().encoding());
+    if (mayStandInDocuments(character))
+        return "not well-formed";
+    char text[64];
+    std::snprintf(text, sizeof text, "the character U+%04lX is not allowed", character);
+    return text;
 }
 
 } // namespace

@@ -14,6 +14,9 @@ std::string errorText(const OpenEntity& entity);
 // The amplification limits that each parse sets: together, a document may grow to this many times its size once more
 // than so many bytes have been seen.
 inline constexpr float kMaximumAmplification = 100.0f;
+/// The same for a document that is widened: Expat counts what it gets, which is twice as much, and the text of entities
+/// in UTF-16 anyway.
+inline constexpr float kMaximumAmplificationOfWidened = (1.0f + kMaximumAmplification) / 2;
 inline constexpr unsigned long long kAmplificationThreshold = 8ull * 1024 * 1024;
 
 } // namespace Quillon::SaxEngine

@@ -41,6 +41,13 @@ OpenEntity::OpenEntity(ParserPointer parser, EntitySource source, Kind kind)
     : declarations(parser.get()), source_(std::move(source)), input_(*source_.channel),
       parser_(std::move(parser)), kind_(kind) {}
 
+void OpenEntity::showChunk(const void* buffer, int byteCount) {
+    const Encoding& encoding = input_.encoding();
+    if (encoding.isUtf16 && !encoding.isBigEndian) // x86
+        chunk_ = UnitSpan(static_cast<const XML_Char*>(buffer),
+                          static_cast<std::size_t>(byteCount) / sizeof(XML_Char));
+}
+
 Location OpenEntity::location() {
     const XML_Size line = XML_GetCurrentLineNumber(parser());
     return place_.advance(line, XML_GetCurrentColumnNumber(parser()));

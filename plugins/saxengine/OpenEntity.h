@@ -4,6 +4,7 @@
 #include "DeclarationTracker.h"
 #include "EntityInput.h"
 #include "Location.h"
+#include "UnitSpan.h"
 #include "WidePlace.h"
 #include "xml/XmlString.h"
 
@@ -53,6 +54,11 @@ public:
     /// Of the current event; also to be asked for after each chunk (see WidePlace).
     Location location();
 
+    /// The chunk that Expat has got now, where it is in UTF-16 of the host's byte order: so far, events about its text
+    /// point into it. Else empty.
+    UnitSpan chunk() const { return chunk_; }
+    void showChunk(const void* buffer, int byteCount);
+
     OpenEntity* outer = nullptr; ///< the one that refers to it
     DeclarationTracker declarations;
     Xml::XmlString version;
@@ -63,6 +69,7 @@ private:
     EntityInput input_;
     ParserPointer parser_;
     Kind kind_;
+    UnitSpan chunk_;
     WidePlace<XML_Size> place_;
 };
 

@@ -63,12 +63,18 @@ ParserPointer ParseSession::createParser() {
     ParserPointer parser(XML_ParserCreate_MM(nullptr, context.settings.memory, nullptr));
     if (!parser)
         System::OutOfMemoryException::doThrow();
-    XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser.get(), kMaximumAmplification);
-    XML_SetBillionLaughsAttackProtectionActivationThreshold(parser.get(), kAmplificationThreshold);
     XML_SetParamEntityParsing(parser.get(), XML_PARAM_ENTITY_PARSING_ALWAYS);
     if (context.settings.features.externalParameterEntities)
         XML_UseForeignDTD(parser.get(), XML_TRUE);
     return parser;
+}
+
+/// For all entities: the parser of the document counts for those of the others.
+void ParseSession::limitAmplification(const OpenEntity& document) {
+    const bool isWidened = document.input().encoding().isWidened;
+    XML_SetBillionLaughsAttackProtectionMaximumAmplification(
+        document.parser(), isWidened ? kMaximumAmplificationOfWidened : kMaximumAmplification);
+    XML_SetBillionLaughsAttackProtectionActivationThreshold(document.parser(), kAmplificationThreshold);
 }
 
 void ParseSession::begin(OpenEntity& entity) {
@@ -84,11 +90,14 @@ void ParseSession::begin(OpenEntity& entity) {
     failOnFault(entity);
     if (XML_SetEncoding(parser, entity.input().encoding().expatName) != XML_STATUS_OK)
         System::OutOfMemoryException::doThrow();
+    if (entity.kind() == OpenEntity::Kind::Document)
+        limitAmplification(entity);
     for (bool isLast = false; !isLast;) {
         void* buffer = XML_GetBuffer(parser, EntityInput::kChunkSize);
         if (!buffer)
             System::OutOfMemoryException::doThrow();
         const EntityInput::Chunk chunk = entity.input().fill(static_cast<char*>(buffer));
+        entity.showChunk(buffer, chunk.byteCount);
         parseChunk(entity, chunk);
         failOnFault(entity);
         isLast = chunk.isLast;

@@ -56,6 +56,7 @@ public:
 
 private:
     ParserPointer createParser();
+    static void limitAmplification(const OpenEntity& document);
     void begin(OpenEntity& entity);
     void parseChunk(OpenEntity& entity, EntityInput::Chunk chunk);
     void failOnFault(OpenEntity& entity);

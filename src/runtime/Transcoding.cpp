@@ -2,7 +2,9 @@
 
 #include "runtime/HostServices.h"
 #include "runtime/IconvInternal.h"
+#include "runtime/kernels/EscapeScanInternal.h"
 #include "runtime/kernels/TranscodeInternal.h"
+#include "runtime/kernels/TranscodeStepsInternal.h"
 
 #include <cstring>
 #include <strings.h>
@@ -43,7 +45,54 @@ char* utf16ToSingleByte(const unsigned short* text, std::size_t unitCount, unsig
     return out;
 }
 
+using Bytes = const unsigned char*;
+
+/// What ill-formed bytes are converted to, and what may be taken for it.
+constexpr Kernels::EscapeSet kReplaced(1, Kernels::kReplacement - 1, "");
+
+enum class Character { Whole, CutOff, IllFormed };
+
+/// Moves behind the character at `text` if it is whole. REQUIRES: text < end.
+Character passCharacter(Bytes& text, Bytes end) noexcept {
+    Bytes next = text;
+    Kernels::nextOfUtf8(next, end);
+    const unsigned int trailCount = Kernels::leadOf(*text).trailCount;
+    const bool isKnown = *text < 0x80 || trailCount != 0;
+    if (isKnown && next - text == static_cast<std::ptrdiff_t>(trailCount) + 1) {
+        text = next;
+        return Character::Whole;
+    }
+    return isKnown && next == end ? Character::CutOff : Character::IllFormed;
+}
+
+/// The end without the beginning of a character that it cuts off.
+Bytes endOfWholeCharacters(Bytes text, Bytes end) noexcept {
+    constexpr std::ptrdiff_t kMostCutOff = 3;
+    for (Bytes at = end; at != text && end - at < kMostCutOff;) {
+        --at;
+        Bytes next = at;
+        if (*at >= 0xC0)
+            return passCharacter(next, end) == Character::CutOff ? at : end;
+    }
+    return end;
+}
+
 } // namespace
+
+Utf8Beginning wellFormedUtf8ToUtf16(const char* text, std::size_t byteCount, unsigned short* out) noexcept {
+    const auto begin = reinterpret_cast<Bytes>(text), end = endOfWholeCharacters(begin, begin + byteCount);
+    const auto converted = [&](Bytes stop, bool isIllFormed) -> Utf8Beginning {
+        const auto count = static_cast<std::size_t>(stop - begin);
+        return {count, static_cast<std::size_t>(Kernels::utf8ToUtf16(text, count, out) - out), isIllFormed};
+    };
+    const Utf8Beginning whole = converted(end, false);
+    if (Kernels::firstToEscape(out, whole.unitCount, kReplaced, 0) == whole.unitCount)
+        return whole;
+    Bytes at = begin;
+    while (at != end && passCharacter(at, end) == Character::Whole) {
+    }
+    return at == end ? whole : converted(at, true);
+}
 
 std::size_t utf8CharacterCount(const char* text, std::size_t byteCount) noexcept {
     return Kernels::charactersOfUtf8(text, byteCount);

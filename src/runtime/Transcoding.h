@@ -22,6 +22,18 @@ ZUTARNEX_API std::size_t utf8CharacterCount(const char* text, std::size_t byteCo
 /// `byteCount` bytes as UTF-16; -1: up to the terminating NUL.
 ZUTARNEX_API unsigned short* utf8ToUtf16(const char* text, std::ptrdiff_t byteCount) noexcept;
 
+/// What a text in UTF-8 begins with that is well-formed.
+struct Utf8Beginning {
+    std::size_t byteCount; ///< of whole characters
+    std::size_t unitCount; ///< of the same in UTF-16
+    bool isIllFormed;      ///< what follows them: else it is the beginning of a character, or nothing
+};
+
+/// Writes it as UTF-16 to `out`, which has room for `byteCount` units. What lies behind the units that count may have
+/// changed.
+ZUTARNEX_API Utf8Beginning wellFormedUtf8ToUtf16(const char* text, std::size_t byteCount,
+                                                 unsigned short* out) noexcept;
+
 /// `unitCount` units as UTF-8.
 ZUTARNEX_API char* utf16ToUtf8(const unsigned short* text, std::size_t unitCount) noexcept;
 

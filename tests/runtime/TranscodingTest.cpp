@@ -141,6 +141,50 @@ TEST_F(TranscodingTest, DecoderStressTextComesOutAsARightDecoderMakesIt) {
     }());
 }
 
+struct Beginning {
+    std::size_t byteCount;
+    std::u16string text;
+    bool isIllFormed;
+    bool operator==(const Beginning&) const = default;
+};
+
+Beginning beginningOf(const std::string& bytes) {
+    std::vector<unsigned short> units(bytes.size());
+    const Utf8Beginning found = wellFormedUtf8ToUtf16(bytes.data(), bytes.size(), units.data());
+    units.resize(found.unitCount);
+    return {found.byteCount, std::u16string(units.begin(), units.end()), found.isIllFormed};
+}
+
+TEST_F(TranscodingTest, BeginningEndsBeforeACharacterThatIsCutOff) {
+    const std::string bytes =
+        "x\xC3\xA4\xE2\x82\xAC\xED\x9F\xBF\xEF\xBF\xBD\xF0\x9F\x98\x80\xF4\x8F\xBF\xBFy";
+    for (const std::size_t padding : {0u, 1u, 62u, 63u, 64u, 200u}) {
+        const std::string before(padding, 'p');
+        std::size_t whole = 0;
+        for (std::size_t end = 0; end <= bytes.size(); ++end) {
+            const bool isBoundary = end == bytes.size() || (bytes[end] & 0xC0) != 0x80;
+            whole = isBoundary ? end : whole;
+            const Beginning wanted{padding + whole, decoded(before + bytes.substr(0, whole)), false};
+            EXPECT_EQ(wanted, beginningOf(before + bytes.substr(0, end))) << padding << ' ' << end;
+        }
+    }
+}
+
+TEST_F(TranscodingTest, BeginningEndsBeforeIllFormedBytes) {
+    for (const char* bad : {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC3x", "\xE0\x80\x80", "\xE0\x9F",
+                            "\xE2\x82x", "\xED\xA0\x80", "\xED\xA0", "\xF0\x80", "\xF0\x8F\xBF\xBF",
+                            "\xF0\x9F\x98x", "\xF4\x90\x80\x80", "\xF5", "\xFF", "\xEF\xBF\xBD\xFF"})
+        for (const std::size_t padding : {0u, 1u, 63u, 200u})
+            for (const char* behind : {"", "z", "\xC3\xA4", "\xC3"}) {
+                const std::string before = std::string(padding, 'p') + "\xE2\x82\xAC";
+                const bool isBehindOther = bad[0] == '\xEF';
+                const std::size_t end = before.size() + (isBehindOther ? 3 : 0);
+                const std::string bytes = before + bad + behind;
+                EXPECT_EQ((Beginning{end, decoded(bytes.substr(0, end)), true}), beginningOf(bytes))
+                    << padding << ' ' << testing::PrintToString(bytes);
+            }
+}
+
 TEST_F(TranscodingTest, LoneSurrogatesAreIllFormed) {
     EXPECT_EQ("\xEF\xBF\xBD", utf8({0xD800}));
     EXPECT_EQ("\xEF\xBF\xBD", utf8({0xDFFF}));

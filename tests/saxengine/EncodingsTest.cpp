@@ -261,10 +261,50 @@ TEST_F(EncodingsTest, IllFormedBytesAreFatalAndTheEncodingIsNamed) {
               textOf("<?xml version='1.0' encoding='windows-1252'?>\n<a>\x81</a>"));
     EXPECT_THAT(textOf("<a>\x01</a>"), HasSubstr("the character U+0001 is not allowed"));
     EXPECT_THAT(textOf("<a>\xEF\xBF\xBE</a>"), HasSubstr("the character U+FFFE is not allowed"));
+    EXPECT_THAT(textOf("<a>\xEF\xBF\xBF</a>"), HasSubstr("the character U+FFFF is not allowed"));
+    for (const bool big : {false, true})
+        EXPECT_THAT(textOf(utf16(u"\uFEFF<a>\u0001</a>", big)),
+                    HasSubstr("the character U+0001 is not allowed"));
+}
+
+/// Around the place where the reader's chunks of a document in UTF-8 end.
+TEST_F(EncodingsTest, IllFormedBytesAreFoundAtTheEndOfAChunk) {
+    for (std::size_t size = 32 * 1024 - 6; size < 32 * 1024 + 4; ++size) {
+        const std::string document = "<a>\n" + std::string(size - 4, 'x');
+        for (const char* bad : {"\xC3", "\xE2\x82", "\xF0\x9F\x98", "\xFF"}) {
+            const Outcome outcome = refused(document + bad + "x</a>");
+            EXPECT_EQ("bytes that are ill-formed in the encoding \"UTF-8\"", outcome.message);
+            EXPECT_EQ(2, outcome.line);
+            EXPECT_EQ(static_cast<long long>(size) - 3, outcome.column);
+        }
+        EXPECT_FALSE(read(document + "\xF0\x9F\x98\x80</a>").threw);
+    }
+}
+
+/// Expat is given UTF-16: there, these characters at the beginning would be taken for a mark of the other byte order,
+/// or for another encoding.
+TEST_F(EncodingsTest, FirstCharacterIsNotTakenForAMark) {
+    EXPECT_EQ("(the character U+FFFE is not allowed at 1:1)", textOf("\xEF\xBF\xBE<a/>"));
+    EXPECT_THAT(textOf("\xEB\xAF\xAF\xC2\xBF<a/>"), HasSubstr("at 1:2)")); // U+BBEF U+00BF
+    readExternalEntities();
+    serveResources();
+    handler().joinText(true);
+    const std::string document = "<!DOCTYPE a [<!ENTITY e SYSTEM 'file:///e'>]><a>&e;</a>";
+    for (const char* text : {"\xC4\x80", "\xC4\x80x", "\xEB\xAF\xAF\xC2\xBF", "\xE3\xB0\x80"}) { // U+3C00
+        resources["file:///e"] = text;
+        EXPECT_THAT(events(document, "characters"), ElementsAre("characters(\"" + std::string(text) + "\")"));
+    }
+    resources["file:///e"] = "\xEF\xBF\xBE\xE4\xB8\xAD";
+    const Outcome outcome = refused(document);
+    EXPECT_EQ("the character U+FFFE is not allowed", outcome.message);
+    EXPECT_EQ("file:///e", outcome.systemId);
+    EXPECT_EQ(1, outcome.column);
 }
 
 TEST_F(EncodingsTest, InputThatEndsInsideACharacterIsFatal) {
-    EXPECT_THAT(textOf("<a/>\xC3"), HasSubstr("UTF-8"));
+    EXPECT_EQ("(the input ends inside a character of the encoding \"UTF-8\" at 1:5)", textOf("<a/>\xC3"));
+    EXPECT_EQ("(the input ends inside a character of the encoding \"UTF-8\" at 2:1)",
+              textOf("<a>\n\xF0\x9F\x98"));
     EXPECT_EQ("(the input ends inside a character of UTF-16 at 1:5)",
               textOf(utf16(u"\uFEFF<a/>", true) + '\0'));
     EXPECT_EQ("(the input ends inside a character of the encoding \"EUC-KR\" at 1:44)",

@@ -170,6 +170,22 @@ public:
     }
 };
 
+/// The limit is on how many times as much the document grows to, in any encoding that it may come in.
+TEST_F(LimitsTest, AmplificationCountsWhatWasRead) {
+    constexpr int kReferences = 6000;
+    const std::string entity(1000, 'x'); // twice as many bytes in UTF-16, as Expat counts it
+    std::string references;
+    for (int i = 0; i < kReferences; ++i)
+        references += "&e;";
+    const auto document = [&](std::size_t size) {
+        const std::string end = "<!DOCTYPE a [<!ENTITY e '" + entity + "'>]><a>" + references + "</a>";
+        return std::string(size - end.size(), '\n') + end;
+    };
+    constexpr std::size_t kText = 2 * 1000 * kReferences;
+    EXPECT_FALSE(read(document(kText / 96)).threw);
+    EXPECT_THAT(refused(document(kText / 102)).message, ::testing::HasSubstr("amplification limit"));
+}
+
 TEST_F(LimitsTest, MemoryDoesNotGrowWithTheDocument) {
     const char row[] = "<row id='1'><name>text</name><!--c--><?p d?><![CDATA[d]]>more text\n</row>";
     const char recoded[] = "<?xml version='1.0' encoding='EUC-KR'?><a>";

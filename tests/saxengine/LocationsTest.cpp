@@ -89,10 +89,9 @@ private:
 
 TEST_F(LocationsTest, ContentEventsStandAtTheStartOfTheirMarkup) {
     EXPECT_THAT(places("<a>\n  <b/>x&amp;y<c\n d=''></c\n><!--e--><?f?><![CDATA[g]]></a>\n"),
-                ElementsAre("1:1 startDocument", "1:1 <a>", "1:4 \n", "2:1   ", "2:3 <b>", "2:3 </b>",
-                            "2:7 x", "2:8 &", "2:13 y", "2:14 <c>", "3:7 </c>", "4:2 comment",
-                            "4:10 instruction", "4:15 startCDATA", "4:24 g", "4:25 endCDATA", "4:28 </a>",
-                            "5:1 endDocument"));
+                ElementsAre("1:1 startDocument", "1:1 <a>", "1:4 \n  ", "2:3 <b>", "2:3 </b>", "2:7 x",
+                            "2:8 &", "2:13 y", "2:14 <c>", "3:7 </c>", "4:2 comment", "4:10 instruction",
+                            "4:15 startCDATA", "4:24 g", "4:25 endCDATA", "4:28 </a>", "5:1 endDocument"));
 }
 
 TEST_F(LocationsTest, PrefixesStandWithTheirElement) {
@@ -127,8 +126,8 @@ TEST_F(LocationsTest, DeclarationsOfUtf16StandAtTheirStart) {
 TEST_F(LocationsTest, InternalEntitiesStandAtTheirReference) {
     EXPECT_THAT(places("<!DOCTYPE a [<!ENTITY % p '<!ENTITY e \"x<b/>\">'>\n%p;]><a>\n &e;</a>"),
                 ElementsAre("1:1 startDocument", "1:1 startDTD", "1:14 entity %p", "2:1 entity e",
-                            "2:5 endDTD", "2:6 <a>", "2:9 \n", "3:1  ", "3:2 x", "3:2 <b>", "3:2 </b>",
-                            "3:5 </a>", "3:9 endDocument"));
+                            "2:5 endDTD", "2:6 <a>", "2:9 \n ", "3:2 x", "3:2 <b>", "3:2 </b>", "3:5 </a>",
+                            "3:9 endDocument"));
 }
 
 TEST_F(LocationsTest, ExternalEntitiesHaveTheirOwnPlaces) {
@@ -138,9 +137,9 @@ TEST_F(LocationsTest, ExternalEntitiesHaveTheirOwnPlaces) {
     EXPECT_THAT(places("<!DOCTYPE a SYSTEM 'd' [\n]><a>\n &e;</a>"),
                 ElementsAre("1:1 startDocument", "1:1 startDTD", "2:2 startEntity [dtd]",
                             "file:///x/d:2:1 external e", "2:2 endEntity [dtd]", "2:2 endDTD", "2:3 <a>",
-                            "2:6 \n", "3:1  ", "3:2 startEntity e", "file:///x/e:1:25 \n",
-                            "file:///x/e:2:1 <b>", "file:///x/e:2:1 </b>", "file:///x/e:2:5 x",
-                            "3:2 endEntity e", "3:5 </a>", "3:9 endDocument"));
+                            "2:6 \n ", "3:2 startEntity e", "file:///x/e:1:25 \n", "file:///x/e:2:1 <b>",
+                            "file:///x/e:2:1 </b>", "file:///x/e:2:5 x", "3:2 endEntity e", "3:5 </a>",
+                            "3:9 endDocument"));
 }
 
 TEST_F(LocationsTest, ColumnsCountCharacters) {

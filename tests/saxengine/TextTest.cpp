@@ -3,6 +3,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <iterator>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 namespace Quillon::Xml::Sax {
 namespace {
 
@@ -115,7 +123,7 @@ TEST_F(TextTest, UnpairedSurrogatesInEntitiesAreFatal) {
 }
 
 TEST_F(TextTest, UnpairedSurrogatesAreFatalOverTheEndOfAChunk) {
-    for (std::size_t padding = 8180; padding < 8200; ++padding) {
+    for (std::size_t padding = 32 * 1024 - 10; padding < 32 * 1024 + 2; ++padding) {
         const std::u16string document = u"\uFEFF<a>" + std::u16string(padding, u'x') + u"\xD83D" + u"yz</a>";
         const Outcome outcome = refused(utf16(document, false));
         EXPECT_EQ(static_cast<long long>(padding) + 4, outcome.column);
@@ -141,7 +149,7 @@ TEST_F(TextTest, LineEndsAreLineFeeds) {
 /// A carriage return that ends a chunk and its line feed are one line end, wherever they stand.
 TEST_F(TextTest, LineEndsMayBeCut) {
     handler().joinText(true);
-    for (std::size_t padding = 16370; padding < 16390; ++padding) {
+    for (std::size_t padding = 32 * 1024 - 10; padding < 32 * 1024 + 2; ++padding) {
         const std::string space(padding, ' ');
         EXPECT_THAT(events("<a>" + space + "\r\n</a>", "characters"),
                     ElementsAre("characters(\"" + space + "\\n\")"));
@@ -197,6 +205,99 @@ private:
     std::string_view bytes_;
     std::size_t size_;
 };
+
+TEST_F(TextTest, TextUpToMarkupIsOneEvent) {
+    const std::string document = "<a>1\n  2\n\n3<b/>\n\t<b/>4\n</a>";
+    for (const std::string& input : {document, utf16(u"\uFEFF<a>1\n  2\n\n3<b/>\n\t<b/>4\n</a>", false)})
+        EXPECT_THAT(
+            events(input, "characters"),
+            ElementsAre(R"(characters("1\n  2\n\n3"))", R"(characters("\n\t"))", R"(characters("4\n"))"));
+}
+
+/// Only white space of it alone is ignorable.
+TEST_F(TextTest, TextInElementContentIsTakenLineByLine) {
+    EXPECT_THAT(events("<!DOCTYPE a [<!ELEMENT a (b)*>]><a>\n  x\n</a>", "characters"),
+                ElementsAre(R"(characters("  x"))"));
+    EXPECT_THAT(events("<!DOCTYPE a [<!ELEMENT a (b)*>]><a>\n  x\n</a>", "ignorableWhitespace").size(),
+                ::testing::Ge(2u));
+}
+
+/// Notes the text, and for each event of it where it begins and where the locator says it does.
+class TextPlaces : public DefaultHandler2 {
+public:
+    struct Event {
+        std::size_t index;
+        long long line, column;
+    };
+    void setDocumentLocator(Locator* locator) override { locator_ = locator; }
+    void characters(const unsigned short* ch, unsigned int start, unsigned int length) override {
+        events.push_back({text.size(), locator_->getLineNumber(), locator_->getColumnNumber()});
+        text.append(ch + start, ch + start + length);
+    }
+    std::u16string text;
+    std::vector<Event> events;
+
+private:
+    Locator* locator_ = nullptr;
+};
+
+/// A document of pieces that end a run of text, or do not, with what its text is and where each unit of it stands.
+struct TextModel {
+    struct Piece {
+        const char* source;
+        const char16_t* text;
+    };
+    static constexpr Piece kPieces[] = {
+        {"x", u"x"},      {"\n", u"\n"},    {" ", u" "},
+        {"]", u"]"},      {"\r\n", u"\n"},  {"\r", u"\n"},
+        {"&amp;", u"&"},  {"<b/>", u""},    {"\xC3\xA4", u"\u00E4"},
+        {"&#10;", u"\n"}, {"&e;", u"p\nq"}, {"\xF0\x9F\x98\x80", u"\U0001F600"}};
+
+    explicit TextModel(std::mt19937& random) {
+        for (int i = 0; i < 200; ++i)
+            append(kPieces[random() % std::size(kPieces)]);
+        source += "</a>";
+    }
+
+    void append(const Piece& piece) {
+        const std::u16string_view added = piece.text;
+        if (piece.source[0] == '\n' && source.back() == '\r')
+            return; // it would be part of the line end
+        for (std::size_t i = 0; i < added.size(); ++i)
+            places.push_back({line, column});
+        text += added;
+        const bool endsLine = piece.source[0] == '\n' || piece.source[0] == '\r';
+        line += endsLine;
+        column = endsLine ? 1 : column + characters(piece.source);
+        source += piece.source;
+    }
+    static long long characters(std::string_view bytes) {
+        return std::count_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0xC0) != 0x80; });
+    }
+
+    std::string source = "<!DOCTYPE a [<!ENTITY e 'p\nq'>]>\n<a>";
+    std::u16string text;
+    std::vector<std::pair<long long, long long>> places; ///< line and column of each unit
+    long long line = 3, column = 4;
+};
+
+TEST_F(TextTest, TextIsWholeAndStandsWhereItBegins) {
+    std::mt19937 random(20);
+    for (int round = 0; round < 200; ++round) {
+        const TextModel model(random);
+        for (const std::size_t size : {1u, 7u, 1000u}) {
+            TextPlaces handler;
+            reader().setContentHandler(&handler);
+            CutChannel channel(model.source, size);
+            InputSource source(&channel);
+            reader().parse(source);
+            ASSERT_EQ(model.text, handler.text) << model.source;
+            for (const TextPlaces::Event& event : handler.events)
+                ASSERT_EQ(model.places[event.index], std::make_pair(event.line, event.column))
+                    << model.source;
+        }
+    }
+}
 
 TEST_F(TextTest, EventsAreTheSameHoweverTheInputIsCut) {
     const std::string document =
