@@ -1,5 +1,6 @@
 // Inputs that double in one direction: the evaluation reports how the time grows per doubling. Names are
-// "growth.<shape>/<size>".
+// "growth.<shape>/<size>". A control does something linear, or for names n log n, that needs about as much memory, without
+// the library: "control.<shape>/<size>". Where its time jumps, too, a cache of the machine has become too small.
 
 #include "support/DiscardingStream.h"
 #include "support/Random.h"
@@ -23,9 +24,14 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <expat.h>
 #include <functional>
 #include <limits>
+#include <map>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <malloc.h>
 
@@ -69,6 +75,16 @@ std::string numbered(const char* before, std::size_t number, const char* behind)
     return before + std::to_string(number) + behind;
 }
 
+Work parsing(std::string document) {
+    return [document = std::move(document)] {
+        const XML_Parser parser = XML_ParserCreate(nullptr);
+        XML_SetStartElementHandler(parser, [](void*, const XML_Char*, const XML_Char**) {});
+        if (XML_Parse(parser, document.data(), static_cast<int>(document.size()), XML_TRUE) != XML_STATUS_OK)
+            std::abort();
+        XML_ParserFree(parser);
+    };
+}
+
 Work attributesPerElement(std::size_t size) {
     return reading("<a" + repeated(size, [](std::size_t i) { return numbered(" n", i, "='v'"); }) + "/>");
 }
@@ -83,21 +99,30 @@ Work depth(std::size_t size) {
                    + repeated(size, [](std::size_t) { return "</abc>"; }));
 }
 
-Work siblings(std::size_t size) {
-    return reading("<a>" + repeated(size, [](std::size_t i) { return numbered("<n", i, "/>"); }) + "</a>");
+std::string siblings(std::size_t size) {
+    return "<a>" + repeated(size, [](std::size_t i) { return numbered("<n", i, "/>"); }) + "</a>";
 }
 
-Work entities(std::size_t size) {
-    return reading("<!DOCTYPE a ["
-                   + repeated(size, [](std::size_t i) { return numbered("<!ENTITY n", i, " 'text'>"); })
-                   + "]><a>" + repeated(size, [](std::size_t i) { return numbered("&n", i, ";"); }) + "</a>");
+std::string entities(std::size_t size) {
+    return "<!DOCTYPE a ["
+           + repeated(size, [](std::size_t i) { return numbered("<!ENTITY n", i, " 'text'>"); }) + "]><a>"
+           + repeated(size, [](std::size_t i) { return numbered("&n", i, ";"); }) + "</a>";
 }
 
-Work prologDeclarations(std::size_t size) {
-    return reading(
-        "<!DOCTYPE a ["
-        + repeated(size, [](std::size_t i) { return numbered("<!ATTLIST a n", i, " CDATA #IMPLIED>"); })
-        + "]><a/>");
+std::string prologDeclarations(std::size_t size) {
+    return "<!DOCTYPE a ["
+           + repeated(size, [](std::size_t i) { return numbered("<!ATTLIST a n", i, " CDATA #IMPLIED>"); })
+           + "]><a/>";
+}
+
+template <std::string (*document)(std::size_t)>
+Work readingOf(std::size_t size) {
+    return reading(document(size));
+}
+
+template <std::string (*document)(std::size_t)>
+Work parsingOf(std::size_t size) {
+    return parsing(document(size));
 }
 
 Work textLength(std::size_t size) {
@@ -155,11 +180,33 @@ Work hexLength(std::size_t size) {
     return [binary = std::string(size, 'x')] { thereAndBack<Xml::HexBinaryCodec>(binary); };
 }
 
+/// As much memory is written and read as by an encoding to twice the length and a decoding.
+Work copying(std::size_t size) {
+    return [binary = std::string(size, 'x')] {
+        const std::string text = binary + binary;
+        const std::string back(text, 0, binary.size());
+        benchmark::DoNotOptimize(back.data());
+    };
+}
+
 // Names.
 
 /// Names in an order that has nothing to do with the alphabet's.
 std::string scrambledName(std::size_t i) {
     return "name" + std::to_string(Random(i).next());
+}
+
+Work orderedNames(std::size_t size) {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < size; ++i)
+        names.push_back(scrambledName(i));
+    return [names] {
+        std::map<std::string, std::size_t> map;
+        for (const std::string& name : names)
+            map.emplace(name, map.size());
+        for (const std::string& name : names)
+            benchmark::DoNotOptimize(map.find(name));
+    };
 }
 
 Work poolSize(std::size_t size) {
@@ -202,6 +249,7 @@ struct Shape {
     MakeWork make;
     std::size_t first;
     std::size_t last;
+    MakeWork control = nullptr;
 };
 
 constexpr std::size_t kKi = 1024, kMi = 1024 * kKi;
@@ -210,18 +258,18 @@ constexpr Shape kShapes[] = {
     {"attributes-per-element", attributesPerElement, 1 * kKi, 256 * kKi},
     {"namespace-declarations", namespaceDeclarations, 1 * kKi, 256 * kKi},
     {"depth", depth, 1 * kKi, 512 * kKi},
-    {"siblings", siblings, 1 * kKi, 1 * kMi},
-    {"entities", entities, 1 * kKi, 256 * kKi},
-    {"prolog-declarations", prologDeclarations, 1 * kKi, 256 * kKi},
+    {"siblings", readingOf<siblings>, 1 * kKi, 1 * kMi, parsingOf<siblings>},
+    {"entities", readingOf<entities>, 1 * kKi, 256 * kKi, parsingOf<entities>},
+    {"prolog-declarations", readingOf<prologDeclarations>, 1 * kKi, 256 * kKi, parsingOf<prologDeclarations>},
     {"text-length", textLength, 64 * kKi, 64 * kMi},
     {"attribute-length", attributeLength, 64 * kKi, 64 * kMi},
     {"uri-length", uriLength, 64 * kKi, 64 * kMi},
     {"dot-segments", dotSegments, 1 * kKi, 4 * kMi},
     {"steps-up", stepsUp, 1 * kKi, 8 * kMi},
-    {"base64-length", base64Length, 64 * kKi, 64 * kMi},
-    {"hex-length", hexLength, 64 * kKi, 64 * kMi},
-    {"pool-size", poolSize, 1 * kKi, 1 * kMi},
-    {"name-map-size", nameMapSize, 1 * kKi, 1 * kMi},
+    {"base64-length", base64Length, 64 * kKi, 64 * kMi, copying},
+    {"hex-length", hexLength, 64 * kKi, 64 * kMi, copying},
+    {"pool-size", poolSize, 1 * kKi, 1 * kMi, orderedNames},
+    {"name-map-size", nameMapSize, 1 * kKi, 1 * kMi, orderedNames},
     {"list-length", listLength, 1 * kKi, 1 * kMi},
 };
 
@@ -231,19 +279,19 @@ std::chrono::duration<double> timeLimit() {
     return std::chrono::duration<double>(seconds ? std::strtod(seconds, nullptr) : 1.0);
 }
 
-void measure(benchmark::State& state, const Shape* shape) {
-    static const Shape* tooSlow = nullptr; // shapes run one after the other, sizes upwards
-    if (shape == tooSlow) {
+void measure(benchmark::State& state, MakeWork make, const Shape* shape) {
+    static std::pair<const Shape*, MakeWork> tooSlow; // shapes run one after the other, sizes upwards
+    if (tooSlow == std::make_pair(shape, make)) {
         state.SkipWithError("the size before took too long");
         return;
     }
-    const Work work = shape->make(static_cast<std::size_t>(state.range(0)));
+    const Work work = make(static_cast<std::size_t>(state.range(0)));
     work();
     for (auto _ : state) {
         const auto begin = std::chrono::steady_clock::now();
         work();
         if (std::chrono::steady_clock::now() - begin > timeLimit())
-            tooSlow = shape;
+            tooSlow = {shape, make};
     }
 }
 
@@ -254,13 +302,20 @@ void keepMemory() {
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
+void enter(const char* kind, const Shape& shape, MakeWork make) {
+    benchmark::RegisterBenchmark((kind + std::string(shape.name)).c_str(), measure, make, &shape)
+        ->RangeMultiplier(2)
+        ->Range(static_cast<std::int64_t>(shape.first), static_cast<std::int64_t>(shape.last))
+        ->Unit(benchmark::kMillisecond);
+}
+
 const int entered = [] {
     keepMemory();
-    for (const Shape& shape : kShapes)
-        benchmark::RegisterBenchmark((std::string("growth.") + shape.name).c_str(), measure, &shape)
-            ->RangeMultiplier(2)
-            ->Range(static_cast<std::int64_t>(shape.first), static_cast<std::int64_t>(shape.last))
-            ->Unit(benchmark::kMillisecond);
+    for (const Shape& shape : kShapes) {
+        enter("growth.", shape, shape.make);
+        if (shape.control)
+            enter("control.", shape, shape.control);
+    }
     return 0;
 }();
 

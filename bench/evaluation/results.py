@@ -14,7 +14,7 @@ Figure = collections.namedtuple("Figure", "value time allocations megabytes")
 Row = collections.namedtuple("Row", "workload title measure goals")
 Goal = collections.namedtuple("Goal", "text relation number unit peer")
 Verdict = collections.namedtuple("Verdict", "goal reached actual")
-Growth = collections.namedtuple("Growth", "shape first last worst at mean")
+Growth = collections.namedtuple("Growth", "shape first last worst at mean control")
 
 
 def parse_goal(text):
@@ -68,19 +68,26 @@ def read_figures(path, measures):
 
 def read_growth(path):
     """The shortest times count: what else the machine does can only add, and would pass for growth."""
-    shapes = collections.defaultdict(dict)
+    kinds = {"growth": collections.defaultdict(dict), "control": collections.defaultdict(dict)}
     for name, runs in repetitions(path).items():
         shape, size = name.split("/")[:2]
-        shapes[shape.split(".", 1)[1]][int(size)] = min(times(runs))
-    return [growth_of(shape, by_size) for shape, by_size in shapes.items() if len(by_size) > 1]
+        kind, shape = shape.split(".", 1)
+        kinds[kind][shape][int(size)] = min(times(runs))
+    return [growth_of(shape, by_size, kinds["control"].get(shape, {}))
+            for shape, by_size in kinds["growth"].items() if len(by_size) > 1]
 
 
-def growth_of(shape, by_size):
+def ratios_of(by_size):
     sizes = sorted(by_size)
-    ratios = {large: by_size[large] / by_size[small] for small, large in zip(sizes, sizes[1:])}
+    return {large: by_size[large] / by_size[small] for small, large in zip(sizes, sizes[1:])}
+
+
+def growth_of(shape, by_size, control):
+    sizes = sorted(by_size)
+    ratios = ratios_of(by_size)
     at = max(ratios, key=ratios.get)
     mean = (by_size[sizes[-1]] / by_size[sizes[0]]) ** (1 / (len(sizes) - 1))
-    return Growth(shape, sizes[0], sizes[-1], ratios[at], at, mean)
+    return Growth(shape, sizes[0], sizes[-1], ratios[at], at, mean, ratios_of(control).get(at))
 
 
 def verdicts(row, figures):
