@@ -280,18 +280,23 @@ std::chrono::duration<double> timeLimit() {
 }
 
 void measure(benchmark::State& state, MakeWork make, const Shape* shape) {
-    static std::pair<const Shape*, MakeWork> tooSlow; // shapes run one after the other, sizes upwards
-    if (tooSlow == std::make_pair(shape, make)) {
-        state.SkipWithError("the size before took too long");
+    const auto size = static_cast<std::size_t>(state.range(0));
+    // Shapes run one after the other, sizes upwards, each several times: all of these or none.
+    static std::pair<const Shape*, MakeWork> slowShape;
+    static std::size_t slowSize;
+    if (slowShape == std::make_pair(shape, make) && size > slowSize) {
+        state.SkipWithError("a smaller size took too long");
         return;
     }
-    const Work work = make(static_cast<std::size_t>(state.range(0)));
+    const Work work = make(size);
     work();
     for (auto _ : state) {
         const auto begin = std::chrono::steady_clock::now();
         work();
-        if (std::chrono::steady_clock::now() - begin > timeLimit())
-            tooSlow = {shape, make};
+        if (std::chrono::steady_clock::now() - begin > timeLimit()) {
+            slowShape = {shape, make};
+            slowSize = size;
+        }
     }
 }
 
