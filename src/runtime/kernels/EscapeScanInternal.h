@@ -4,6 +4,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <emmintrin.h>
+#include <utility>
 
 /// Loops over text that is about to be written, up to the first unit that cannot stay as it is. They read only
 /// [text, text + count), write only [out, out + count), call nothing and allocate nothing.
@@ -17,6 +20,11 @@ struct EscapeSet {
     /// `last`; and the characters of `text`, all of US-ASCII and no more than there is room for.
     constexpr EscapeSet(std::uint16_t controlLimit, std::uint16_t last, const char* text) noexcept
         : controlLimit(controlLimit), last(last), marks(marksOf(text)), rows(rowsOf(controlLimit, marks)) {}
+
+    /// REQUIRES: unit < 0x80.
+    constexpr bool holds(unsigned int unit) const noexcept {
+        return ((rows[unit & 15] >> (unit >> 4)) & 1) != 0;
+    }
 
     std::uint16_t controlLimit; ///< from 1 to 0x20
     std::uint16_t last;         ///< U+00FF or more
@@ -57,6 +65,83 @@ std::size_t firstToEscape(const unsigned short* text, std::size_t count, const E
 /// REQUIRES: `last` is 0x7F or 0xFF.
 std::size_t copyUnescaped(const unsigned short* text, std::size_t count, const EscapeSet& set,
                           std::uint16_t last, char* out) noexcept;
+
+// Short texts, where asking for the level and the way to a kernel would cost more than the work. SSE2 is the floor of
+// both platforms, so it needs no question.
+
+constexpr std::size_t kShortText = 32;
+
+/// All bits of the bytes that are `unit`; of none when it is zero.
+template <unsigned int unit>
+inline __m128i areUnit(__m128i bytes) noexcept {
+    return unit == 0 ? _mm_setzero_si128() : _mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(unit)));
+}
+
+/// A bit for each of sixteen bytes that is in `set` or not of US-ASCII.
+template <const EscapeSet& set>
+inline unsigned int stopsIn(__m128i bytes) noexcept {
+    constexpr auto kKept = [](unsigned int space) {
+        return space < set.controlLimit && !set.holds(space) ? space : 0;
+    };
+    const __m128i isKept = areUnit<kKept('\t')>(bytes) | areUnit<kKept('\n')>(bytes) | areUnit<kKept('\r')>(bytes);
+    const __m128i isMark = [&]<std::size_t... i>(std::index_sequence<i...>) {
+        return (areUnit<set.marks[i]>(bytes) | ...);
+    }(std::make_index_sequence<EscapeSet::Marks().size()>());
+    // With a sign, the bytes from 0x80 are the lowest.
+    const __m128i isLow = _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(set.controlLimit)));
+    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_andnot_si128(isKept, isLow) | isMark));
+}
+
+/// Sixteen units as bytes. Those behind U+00FF become 0 or 0xFF.
+inline __m128i narrowed(const unsigned short* eight, const unsigned short* eightMore) noexcept {
+    return _mm_packus_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(eight)),
+                            _mm_loadu_si128(reinterpret_cast<const __m128i*>(eightMore)));
+}
+
+/// Writes the units, each as one byte, unless one of them is in `set` or not of US-ASCII: then it writes nothing and
+/// returns false. A text that fills no register twice is taken by its ends, which overlap.
+/// REQUIRES: count <= kShortText.
+template <const EscapeSet& set>
+inline bool copyShort(const unsigned short* text, std::size_t count, char* out) noexcept {
+    if (count > 16) {
+        const __m128i first = narrowed(text, text + 8);
+        const __m128i last = narrowed(text + count - 16, text + count - 8);
+        if ((stopsIn<set>(first) | stopsIn<set>(last)) != 0)
+            return false;
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), first);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + count - 16), last);
+    } else if (count >= 8) {
+        const __m128i bytes = narrowed(text, text + count - 8);
+        if (stopsIn<set>(bytes) != 0)
+            return false;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out), bytes);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + count - 8), _mm_unpackhi_epi64(bytes, bytes));
+    } else if (count >= 4) {
+        const __m128i units =
+            _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(text)),
+                               _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text + count - 4)));
+        const __m128i bytes = _mm_packus_epi16(units, units);
+        if (stopsIn<set>(bytes) != 0)
+            return false;
+        const int first = _mm_cvtsi128_si32(bytes), last = _mm_cvtsi128_si32(_mm_srli_epi64(bytes, 32));
+        std::memcpy(out, &first, sizeof first);
+        std::memcpy(out + count - 4, &last, sizeof last);
+    } else {
+        for (std::size_t i = 0; i < count; ++i)
+            if (text[i] >= 0x80 || set.holds(text[i]))
+                return false;
+        for (std::size_t i = 0; i < count; ++i)
+            out[i] = static_cast<char>(text[i]);
+    }
+    return true;
+}
+
+/// Whether copyShort would write them, and count is in its range.
+template <const EscapeSet& set>
+inline bool isShortAndPlain(const unsigned short* text, std::size_t count) noexcept {
+    char unused[kShortText];
+    return count <= kShortText && copyShort<set>(text, count, unused);
+}
 
 } // namespace Quillon::Runtime::Kernels
 

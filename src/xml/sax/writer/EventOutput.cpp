@@ -19,42 +19,10 @@ namespace {
 namespace Kernels = Runtime::Kernels;
 
 constexpr Utf16Literal kEncoding(u"Encoding: ");
-constexpr Kernels::EscapeSet kZeroUnit(1, 0xFFFF, "");
 constexpr std::size_t kMaxBytesPerUnit = 3;
 constexpr std::size_t kSmallestPiece = 64; ///< units worth a call of a kernel
 
 using HostText = Runtime::HostArray<char>;
-
-template <std::size_t N>
-bool isSame(const char* name, const char (&known)[N]) noexcept {
-    for (std::size_t i = 0; i < N; ++i) {
-        if (name[i] != known[i])
-            return false;
-    }
-    return true;
-}
-
-struct Encoding {
-    unsigned short lastByte; ///< the highest unit that becomes one byte of the same value; 0: not known here
-    bool isUtf8;
-};
-
-Encoding encodingOf(const char* name) noexcept {
-    if (name == nullptr)
-        return {0, false};
-    if (isSame(name, "UTF-8"))
-        return {0x7F, true};
-    if (isSame(name, "US-ASCII"))
-        return {0x7F, false};
-    return {static_cast<unsigned short>(isSame(name, "ISO-8859-1") ? 0xFF : 0), false};
-}
-
-/// Whether nobody can tell how many insertions a text takes.
-bool takesTogether(const std::ostream& stream) {
-    constexpr auto kBad = std::ios_base::badbit, kFail = std::ios_base::failbit;
-    return stream.width() == 0 && stream.tie() == nullptr && (stream.flags() & std::ios_base::unitbuf) == 0
-           && (stream.exceptions() & (kBad | kFail)) != kFail;
-}
 
 /// Makes it bad without the exception that it may have been told to throw then.
 void makeBadQuietly(std::ostream& stream) {
@@ -76,20 +44,7 @@ bool isInsidePair(const unsigned short* at) noexcept {
 
 } // namespace
 
-bool EventOutput::knows(const char* encoding) noexcept {
-    return encodingOf(encoding).lastByte != 0;
-}
-
-void EventOutput::reread() {
-    const Encoding encoding = encodingOf(writer_.encoding_);
-    lastByte_ = encoding.lastByte;
-    isUtf8_ = encoding.isUtf8;
-    isPlain_ = lastByte_ != 0 && takesTogether(stream_);
-    unwritableMask_ = writer_.unwritableMask_;
-    isCanonical_ = writer_.canonical_;
-}
-
-void EventOutput::put(Units text) {
+void EventOutput::putLong(Units text) {
     if (!isPlain_)
         return putAlone(text);
     const Run run = runOf(text, kZeroUnit, 0);

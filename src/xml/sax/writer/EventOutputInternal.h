@@ -14,6 +14,33 @@
 
 namespace Quillon::Xml::Sax {
 
+/// An encoding of text that is written.
+struct OutputEncoding {
+    unsigned short lastByte; ///< the highest unit that becomes one byte of the same value; 0: not known here
+    bool isUtf8;
+
+    /// The spelling decides, letter by letter: the array behind the pointer may have been changed.
+    static OutputEncoding named(const char* name) noexcept {
+        if (name == nullptr)
+            return {0, false};
+        if (isSpelled(name, "UTF-8"))
+            return {0x7F, true};
+        if (isSpelled(name, "US-ASCII"))
+            return {0x7F, false};
+        return {static_cast<unsigned short>(isSpelled(name, "ISO-8859-1") ? 0xFF : 0), false};
+    }
+
+private:
+    template <std::size_t N>
+    static bool isSpelled(const char* name, const char (&known)[N]) noexcept {
+        for (std::size_t i = 0; i < N; ++i) {
+            if (name[i] != known[i])
+                return false;
+        }
+        return true;
+    }
+};
+
 /// Takes the fragments of one operation of a writer, one after the other, and gives them to the writer's stream.
 ///
 ///     fragments -> converted into a buffer on the stack -> one insertion, when the buffer is full and at the end
@@ -26,7 +53,7 @@ namespace Quillon::Xml::Sax {
 class EventOutput {
 public:
     /// Whether that is one of the three encodings that text is converted to here, spelled exactly so.
-    static bool knows(const char* encoding) noexcept;
+    static bool knows(const char* encoding) noexcept { return OutputEncoding::named(encoding).lastByte != 0; }
 
     explicit EventOutput(const XmlWriter& writer) : writer_(writer), stream_(*writer.out_) { reread(); }
     EventOutput(const EventOutput&) = delete;
@@ -57,11 +84,27 @@ public:
         std::memcpy(end_, ascii.data(), ascii.size());
         end_ += ascii.size();
     }
-    void put(Units text); ///< up to the first zero unit
+    /// Up to the first zero unit.
+    void put(Units text) {
+        if (!putShort<kZeroUnit>(text))
+            putLong(text);
+    }
     /// None for a null string.
     void put(const XmlString& string) {
         if (!XmlStringReading::isNull(string))
             put(unitsOf(string));
+    }
+
+    /// The whole of a short text of US-ASCII without a unit of `set`; false, and nothing put, for any other text.
+    template <const Runtime::Kernels::EscapeSet& set>
+    bool putShort(Units text) {
+        namespace Kernels = Runtime::Kernels;
+        const bool fits = isPlain_ && text.size() <= std::min(Kernels::kShortText, room());
+        if (!fits || !Kernels::copyShort<set>(text.data(), text.size(), end_))
+            return false;
+        lastStart_ = end_;
+        end_ += text.size();
+        return true;
     }
 
     /// The beginning of a text that needs no escape, looked for but not yet put.
@@ -102,16 +145,33 @@ public:
             insert();
     }
     /// Looks at the writer and its stream again. To be called after what may have changed them.
-    void reread();
+    void reread() {
+        const OutputEncoding encoding = OutputEncoding::named(writer_.encoding_);
+        lastByte_ = encoding.lastByte;
+        isUtf8_ = encoding.isUtf8;
+        isPlain_ = lastByte_ != 0 && takesTogether(stream_);
+        unwritableMask_ = writer_.unwritableMask_;
+        isCanonical_ = writer_.canonical_;
+    }
 
 private:
     static constexpr std::size_t kBufferSize = 4096;
+    static constexpr Runtime::Kernels::EscapeSet kZeroUnit{1, 0xFFFF, ""};
+
+    /// Whether nobody can tell how many insertions a text takes.
+    static bool takesTogether(const std::ostream& stream) {
+        constexpr auto kBad = std::ios_base::badbit, kFail = std::ios_base::failbit;
+        return stream.width() == 0 && stream.tie() == nullptr
+               && (stream.flags() & std::ios_base::unitbuf) == 0
+               && (stream.exceptions() & (kBad | kFail)) != kFail;
+    }
 
     /// The highest unit that a mask lets pass.
     static unsigned short lastWritable(std::uint16_t unwritableMask) noexcept {
         return static_cast<unsigned short>(~unwritableMask);
     }
     std::size_t room() const noexcept { return static_cast<std::size_t>(buffer_ + kBufferSize - end_); }
+    void putLong(Units text);
     void insert();
     std::streamsize give(std::streamsize byteCount);
     void convert(Units text);

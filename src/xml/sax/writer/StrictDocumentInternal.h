@@ -45,6 +45,12 @@ public:
 
     bool isSuppressed() const noexcept { return suppressing_ != 0; }
 
+    /// Whether text that comes now is the content of an element, with nothing to be said against it but its characters.
+    bool takesContent() const noexcept {
+        return place == Place::Root && !inSection && !isSuppressed() && announced_.empty()
+               && !isInElementContent();
+    }
+
     void announceMapping(const Refusal& refusal, Units prefix, Units uri);
     void endMapping(const Refusal& refusal, Units prefix);
 

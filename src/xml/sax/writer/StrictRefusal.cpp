@@ -1,7 +1,6 @@
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
 #include "runtime/CStringInternal.h"
-#include "runtime/kernels/EscapeScanInternal.h"
 #include "xml/NamesInternal.h"
 #include "xml/sax/SaxParseException.h"
 
@@ -12,8 +11,6 @@
 namespace Quillon::Xml::Sax {
 
 namespace {
-
-using Runtime::Kernels::EscapeSet;
 
 constexpr bool isHighSurrogate(char32_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
@@ -29,10 +26,7 @@ constexpr bool isPublicCharacter(char32_t c) {
            || kMarks.find(c) != std::u32string_view::npos;
 }
 
-// Surrogates, and what lies behind them, are looked at one by one.
-constexpr unsigned short kFirstPrintable = 0x20, kLastBeforeSurrogates = 0xD7FF;
-constexpr EscapeSet kNotText(kFirstPrintable, kLastBeforeSurrogates, "");
-constexpr EscapeSet kNotVerbatim(kFirstPrintable, kLastBeforeSurrogates, "\r");
+constexpr Runtime::Kernels::EscapeSet kNotVerbatim(kFirstPrintable, kLastBeforeSurrogates, "\r");
 
 XmlString fromAscii(const std::string& text) {
     return makeString(reinterpret_cast<const unsigned char*>(text.c_str()));
@@ -70,7 +64,7 @@ void Refusal::character(char32_t c, const char* place) const {
     refuse(fromAscii(std::string(event_) + ": " + code + " cannot stand in " + place));
 }
 
-void Refusal::unlessText(Units units, const char* place) const {
+void Refusal::unlessLongText(Units units, const char* place) const {
     for (std::size_t i = 0;;) {
         const Units rest = units.subspan(i);
         i += Runtime::Kernels::firstToEscape(rest.data(), rest.size(), kNotText, 0);

@@ -1,6 +1,7 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
 
+#include "runtime/kernels/EscapeScanInternal.h"
 #include "xml/XmlStringInternal.h"
 
 #include <algorithm>
@@ -39,6 +40,9 @@ constexpr bool isXmlCharacter(char32_t c) noexcept {
            || (c >= 0x10000 && c <= 0x10FFFF);
 }
 
+/// Between these two there are characters of XML only.
+constexpr unsigned short kFirstPrintable = 0x20, kLastBeforeSurrogates = 0xD7FF;
+
 constexpr bool isXmlSpace(char32_t c) noexcept {
     return c == 0x20 || c == 0x9 || c == 0xA || c == 0xD;
 }
@@ -65,7 +69,10 @@ public:
     [[noreturn]] void character(char32_t c, const char* place) const;
 
     /// Characters of XML, whatever the encoding: text that may hold character references.
-    void unlessText(Units units, const char* place) const;
+    void unlessText(Units units, const char* place) const {
+        if (!Runtime::Kernels::isShortAndPlain<kNotText>(units.data(), units.size()))
+            unlessLongText(units, place);
+    }
     /// Characters that can stand as they are and come back unchanged: no carriage return, none that the encoding lacks.
     void unlessVerbatim(Units units, const char* place) const;
     void unlessName(Units units, const char* place) const;
@@ -80,6 +87,10 @@ public:
     void unlessPublicLiteral(Units units) const;
 
 private:
+    /// Surrogates, and what lies behind them, are looked at one by one.
+    static constexpr Runtime::Kernels::EscapeSet kNotText{kFirstPrintable, kLastBeforeSurrogates, ""};
+
+    void unlessLongText(Units units, const char* place) const;
     [[noreturn]] void refuse(const XmlString& message) const;
 
     const char* event_;

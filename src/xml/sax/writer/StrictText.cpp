@@ -8,23 +8,12 @@ namespace Quillon::Xml::Sax {
 
 namespace {
 
-using Runtime::Kernels::EscapeSet;
-
-/// By context: what the text holds that cannot stay, as far as that is not a matter of the encoding. It was checked
-/// for controls before.
-constexpr EscapeSet kSets[] = {EscapeSet(1, 0xFFFF, "&<>\r"), EscapeSet(1, 0xFFFF, "&<>\"\r\t\n"),
-                               EscapeSet(1, 0xFFFF, "&\"%\r")};
 /// What is to be looked at in a CDATA section.
-constexpr EscapeSet kSectionSet(1, 0xFFFF, "]>\r");
+constexpr Runtime::Kernels::EscapeSet kSectionSet(1, 0xFFFF, "]>\r");
 
 constexpr char kSectionStart[] = "<![CDATA[", kSectionEnd[] = "]]>";
 
 } // namespace
-
-void StrictText::verbatim(Units units) const {
-    if (!units.empty())
-        out_.put(units);
-}
 
 void StrictText::reference(char32_t c) const {
     char text[16];
@@ -50,7 +39,9 @@ const char* StrictText::replacementFor(char32_t c, Context context) noexcept {
     }
 }
 
-void StrictText::escaped(Units units, Context context) const {
+void StrictText::putEscaped(Units units, Context context) const {
+    static constexpr EscapeSet kSets[] = {setFor(Context::Content), setFor(Context::AttributeValue),
+                                          setFor(Context::EntityValue)};
     const EscapeSet& set = kSets[static_cast<std::size_t>(context)];
     while (!units.empty()) {
         const EventOutput::Run run = out_.runOf(units, set, unwritableMaskFor(lastCharacter_));
@@ -68,10 +59,13 @@ void StrictText::escaped(Units units, Context context) const {
     }
 }
 
-void StrictText::quoted(Units units, Context context) const {
-    ascii("\"");
-    escaped(units, context);
-    ascii("\"");
+/// A text that is all one run has been looked at by that; any other one once more.
+void StrictText::checkAndPutContent(const Refusal& refusal, Units units) const {
+    const EventOutput::Run run = out_.runOf(units, kCheckedContent, unwritableMaskFor(lastCharacter_));
+    if (run.length == units.size())
+        return out_.put(run);
+    refusal.unlessText(units.subspan(run.length), "text");
+    putEscaped(units, Context::Content);
 }
 
 void StrictText::literal(Units units) const {

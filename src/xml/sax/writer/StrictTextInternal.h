@@ -15,10 +15,28 @@ public:
         : out_(out), lastCharacter_(lastCharacter) {}
 
     void ascii(std::string_view text) const { out_.put(text); }
-    void verbatim(Units units) const;
+    void verbatim(Units units) const {
+        if (!units.empty())
+            out_.put(units);
+    }
     /// With references for what the context or the encoding does not let stand.
-    void escaped(Units units, Context context) const;
-    void quoted(Units units, Context context) const;
+    template <Context context>
+    void escaped(Units units) const {
+        if (!units.empty() && !out_.putShort<kSet<context>>(units))
+            putEscaped(units, context);
+    }
+    template <Context context>
+    void quoted(Units units) const {
+        ascii("\"");
+        escaped<context>(units);
+        ascii("\"");
+    }
+    /// The same as escaped content for text that has not been checked: looks at it and puts it in one go. A refusal comes
+    /// before anything is put.
+    void checkedContent(const Refusal& refusal, Units units) const {
+        if (!units.empty() && !out_.putShort<kCheckedContent>(units))
+            checkAndPutContent(refusal, units);
+    }
     /// In the quotation marks that it does not hold itself.
     void literal(Units units) const;
     /// ` PUBLIC "p" "s"` or ` SYSTEM "s"`; a null string is left out.
@@ -27,6 +45,26 @@ public:
     void section(Units units, unsigned int& brackets) const;
 
 private:
+    using EscapeSet = Runtime::Kernels::EscapeSet;
+
+    /// What a checked text may hold that cannot stay, as far as that is not a matter of the encoding.
+    static constexpr EscapeSet setFor(Context context) noexcept {
+        switch (context) {
+        case Context::Content:
+            return EscapeSet(1, 0xFFFF, "&<>\r");
+        case Context::AttributeValue:
+            return EscapeSet(1, 0xFFFF, "&<>\"\r\t\n");
+        case Context::EntityValue:
+            break;
+        }
+        return EscapeSet(1, 0xFFFF, "&\"%\r");
+    }
+    template <Context context>
+    static constexpr EscapeSet kSet = setFor(context);
+    static constexpr EscapeSet kCheckedContent{kFirstPrintable, kLastBeforeSurrogates, "&<>\r"};
+
+    void putEscaped(Units units, Context context) const;
+    void checkAndPutContent(const Refusal& refusal, Units units) const;
     void reference(char32_t c) const;
     static const char* replacementFor(char32_t c, Context context) noexcept;
 

@@ -95,7 +95,7 @@ void putText(const StrictText& text, StrictDocument& document, Units units, bool
     if (document.inSection && !isCanonical)
         text.section(units, document.brackets);
     else
-        text.escaped(units, Context::Content);
+        text.escaped<Context::Content>(units);
 }
 
 /// Outside a section a parser would report white space in it, or some beside it, as ignorable.
@@ -183,13 +183,13 @@ void StrictWriter::startElement(const XmlString& uri, const XmlString& localName
             text.ascii(binding.prefix.empty() ? " xmlns" : " xmlns:");
             text.verbatim(binding.prefix);
             text.ascii("=");
-            text.quoted(binding.uri, Context::AttributeValue);
+            text.quoted<Context::AttributeValue>(binding.uri);
         }
         for (const auto& attribute : list) {
             text.ascii(" ");
             text.verbatim(attribute.name);
             text.ascii("=");
-            text.quoted(attribute.value, Context::AttributeValue);
+            text.quoted<Context::AttributeValue>(attribute.value);
         }
         text.ascii(">");
     });
@@ -209,6 +209,9 @@ void StrictWriter::endElement(const XmlString& uri, const XmlString& localName, 
 void StrictWriter::characters(const unsigned short* ch, unsigned int start, unsigned int length) {
     const Refusal refusal = document_->enter("characters", After::Layout);
     const Units units = textOf(refusal, ch, start, length);
+    if (document_->takesContent())
+        return writeText(*this, *document_,
+                         [&](const StrictText& text) { text.checkedContent(refusal, units); });
     refusal.unlessText(units, "text");
     const bool isInside = document_->place == Place::Root;
     const bool isLayout =
@@ -485,7 +488,7 @@ void StrictWriter::attributeDecl(const XmlString& eName, const XmlString& aName,
         text.verbatim(unitsOf(mode));
         if (!value.isNull()) {
             text.ascii(mode.isNull() ? "" : " ");
-            text.quoted(unitsOf(value), Context::AttributeValue);
+            text.quoted<Context::AttributeValue>(unitsOf(value));
         }
     });
     endDeclaration();
@@ -502,7 +505,7 @@ void StrictWriter::internalEntityDecl(const XmlString& name, const XmlString& va
     writeText(*this, *document_, [&](const StrictText& text) {
         startEntityDeclaration(text, unitsOf(name));
         text.ascii(" ");
-        text.quoted(unitsOf(value), Context::EntityValue);
+        text.quoted<Context::EntityValue>(unitsOf(value));
     });
     endDeclaration();
 }
