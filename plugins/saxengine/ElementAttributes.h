@@ -4,19 +4,21 @@
 #include "ElementDeclaration.h"
 #include "NameTable.h"
 #include "Vocabulary.h"
-#include "xml/sax/Attributes2.h"
+#include "xml/sax/AttributeSourceInternal.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace Quillon::SaxEngine {
 
 /// The attributes of the element that is being reported, over Expat's array. Names are shared from the name table; a
-/// value becomes a string when somebody asks for it, and that string owns its text.
+/// value becomes a string when somebody asks for it, and that string owns its text. The writers of the library look at
+/// the array itself.
 ///
 /// Cost: once it has held as many attributes with values as long, nothing is allocated for an element. The block of a
 /// value serves the next element, too, unless somebody has kept a copy of the string, or it is a long one.
-class ElementAttributes final : public Xml::Sax::Attributes2 {
+class ElementAttributes final : public Xml::Sax::AttributeSource {
 public:
     struct Slot {
         const Name* name;
@@ -27,7 +29,12 @@ public:
     };
 
     explicit ElementAttributes(const Vocabulary& words);
-    ~ElementAttributes() override;
+    ElementAttributes(const ElementAttributes&) = delete;
+    ElementAttributes& operator=(const ElementAttributes&) = delete;
+    ~ElementAttributes();
+
+    /// As handlers get them.
+    operator const Xml::Sax::Attributes&() const { return *list_; }
 
     /// Makes the list empty for an element that the DTD declares so (null: not at all).
     void begin(const ElementDeclaration* declaration) {
@@ -45,24 +52,12 @@ public:
             giveBack();
     }
 
-    unsigned int getLength() const override;
-    Xml::XmlString getURI(unsigned int index) const override;
-    Xml::XmlString getLocalName(unsigned int index) const override;
-    Xml::XmlString getQName(unsigned int index) const override;
-    Xml::XmlString getType(unsigned int index) const override;
-    Xml::XmlString getValue(unsigned int index) const override;
-    int getIndex(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
-    int getIndex(const Xml::XmlString& qName) const override;
-    Xml::XmlString getType(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
-    Xml::XmlString getType(const Xml::XmlString& qName) const override;
-    Xml::XmlString getValue(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
-    Xml::XmlString getValue(const Xml::XmlString& qName) const override;
+    unsigned int length() const noexcept override;
+    Entry entry(unsigned int index) const noexcept override;
+    Xml::Units type(unsigned int index) const noexcept override;
+    const Xml::XmlString* string(unsigned int index, Field field) const override;
     bool isDeclared(unsigned int index) const override;
-    bool isDeclared(const Xml::XmlString& qName) const override;
-    bool isDeclared(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
     bool isSpecified(unsigned int index) const override;
-    bool isSpecified(const Xml::XmlString& qName) const override;
-    bool isSpecified(const Xml::XmlString& uri, const Xml::XmlString& localName) const override;
 
 private:
     /// A string for the value at an index. It holds the value of the element with that number, or one that is over.
@@ -75,9 +70,10 @@ private:
     void makeValue(Xml::XmlString& text, const XML_Char* units) const;
     void giveBack();
     const Xml::XmlString* declaredType(const Slot& slot) const;
-    const Slot& checked(unsigned int index) const;
+    const Xml::XmlString& listedType(const Slot& slot) const;
 
     const Vocabulary& words_;
+    const std::unique_ptr<Xml::Sax::Attributes2> list_;
     const ElementDeclaration* declaration_ = nullptr;
     std::vector<Slot> slots_;
     std::uint64_t element_ = 1; ///< counts the elements

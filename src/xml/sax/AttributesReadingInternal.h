@@ -2,27 +2,45 @@
 #define ZUTARNEX_XML_SAX_ATTRIBUTESREADINGINTERNAL_H
 
 #include "xml/XmlStringInternal.h"
+#include "xml/sax/AttributeSourceInternal.h"
 #include "xml/sax/AttributesImpl.h"
 
 namespace Quillon::Xml::Sax {
 
-/// The strings of an AttributesImpl where they lie. Its own operations give copies, each of which takes and drops a
-/// hold on a shared block.
+/// A list of attributes, read where its strings lie if it is one of the library's own. Its operations give copies, each
+/// of which takes and drops a hold on a shared block.
 class AttributesReading {
 public:
     enum Field : unsigned int { Uri, LocalName, QName, Type, Value, FieldCount };
 
-    /// The library's own list that `attributes` is; null for any other, whose operations may do what they like.
-    static const AttributesImpl* ownList(const Attributes& attributes) noexcept;
+    explicit AttributesReading(const Attributes& attributes) noexcept;
+    AttributesReading(const AttributesReading&) = delete;
+    AttributesReading& operator=(const AttributesReading&) = delete;
 
-    /// What the getters give. REQUIRES: index < list.getLength().
-    static Units units(const AttributesImpl& list, unsigned int index, Field field) noexcept {
-        return XmlStringReading::unitsOfCopy(string(list, index, field));
-    }
-    static const XmlString& string(const AttributesImpl& list, unsigned int index, Field field) noexcept {
-        return list.data_[std::size_t{index} * FieldCount + field];
-    }
-    static unsigned int length(const AttributesImpl& list) noexcept { return list.length_; }
+    /// Null for a list of somebody else's, whose operations may do what they like: a class derived from one of the
+    /// library's is somebody else's, too.
+    const AttributeUnits* units() const noexcept { return units_; }
+
+private:
+    /// What the getters of an AttributesImpl give.
+    class UnitsOfImpl final : public AttributeUnits {
+    public:
+        unsigned int length() const noexcept override { return list->length_; }
+        Entry entry(unsigned int index) const noexcept override {
+            return {field(index, Uri), field(index, LocalName), field(index, QName), field(index, Value)};
+        }
+        Units type(unsigned int index) const noexcept override { return field(index, Type); }
+
+        const AttributesImpl* list = nullptr;
+
+    private:
+        Units field(unsigned int index, Field field) const noexcept {
+            return XmlStringReading::unitsOfCopy(list->data_[std::size_t{index} * FieldCount + field]);
+        }
+    };
+
+    UnitsOfImpl impl_;
+    const AttributeUnits* units_ = nullptr;
 };
 
 } // namespace Quillon::Xml::Sax

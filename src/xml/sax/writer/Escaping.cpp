@@ -58,8 +58,25 @@ constexpr EscapeSet setOf(const char* marks) {
 }
 
 /// By context: the units that decide() does not keep, as far as that is not a matter of the encoding.
-constexpr EscapeSet kSets[] = {setOf("\n\"'"), setOf("\n\"'&<>"), setOf("\n&<>"), setOf("\n")};
-constexpr EscapeSet kCanonicalSets[] = {setOf("\n\""), setOf("\n\"&<>"), setOf("\n&<>"), setOf("\n")};
+constexpr EscapeSet kEntityValue = setOf("\n\"'"), kAttributeValue = setOf("\n\"'&<>"),
+                    kCharacterData = setOf("\n&<>"), kUnescapedText = setOf("\n");
+constexpr EscapeSet kSets[] = {kEntityValue, kAttributeValue, kCharacterData, kUnescapedText};
+constexpr EscapeSet kCanonicalSets[] = {setOf("\n\""), setOf("\n\"&<>"), kCharacterData, kUnescapedText};
+
+/// The same in canonical mode, which keeps more.
+bool putShort(EventOutput& out, Units text, XmlWriter::EscapeContext context) {
+    switch (context) {
+    case XmlWriter::EntityValue:
+        return out.putShort<kEntityValue>(text);
+    case XmlWriter::AttributeValue:
+        return out.putShort<kAttributeValue>(text);
+    case XmlWriter::CharacterData:
+        return out.putShort<kCharacterData>(text);
+    case XmlWriter::UnescapedText:
+        break;
+    }
+    return out.putShort<kUnescapedText>(text);
+}
 
 void putEntity(EventOutput& out, std::string_view name) {
     out.put('&');
@@ -94,6 +111,12 @@ void putReplacement(EventOutput& out, Decision decision) {
 } // namespace
 
 void putEscaped(EventOutput& out, Units text, XmlWriter::EscapeContext context) {
+    while (!text.empty() && text.front() == u'\n') {
+        out.put('\n');
+        text = text.subspan(1);
+    }
+    if (text.empty() || putShort(out, text, context))
+        return;
     const EscapeRules rules{context, out.unwritableMask(), out.isCanonical()};
     const EscapeSet& set = (rules.canonical ? kCanonicalSets : kSets)[context];
     while (!text.empty()) {

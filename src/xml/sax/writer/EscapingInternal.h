@@ -7,6 +7,8 @@
 namespace Quillon::Xml::Sax {
 
 /// Puts `text`, escaped as XmlWriter::escapeChars says. REQUIRES: one of the four contexts.
+///
+/// Cost: little for line ends with a short text of US-ASCII behind them, as layout and the content of records are.
 void putEscaped(EventOutput& out, Units text, XmlWriter::EscapeContext context);
 
 /// The same between quotation marks.

@@ -19,6 +19,7 @@ namespace {
 namespace Kernels = Runtime::Kernels;
 
 constexpr Utf16Literal kEncoding(u"Encoding: ");
+constexpr Kernels::EscapeSet kZeroUnit(1, 0xFFFF, "");
 constexpr std::size_t kMaxBytesPerUnit = 3;
 constexpr std::size_t kSmallestPiece = 64; ///< units worth a call of a kernel
 
@@ -44,7 +45,17 @@ bool isInsidePair(const unsigned short* at) noexcept {
 
 } // namespace
 
-void EventOutput::putLong(Units text) {
+OutputEncoding OutputEncoding::namedOtherwise(const char* name) noexcept {
+    if (name == nullptr)
+        return {0, false};
+    if (isSpelled(name, "US-ASCII"))
+        return {0x7F, false};
+    return {static_cast<unsigned short>(isSpelled(name, "ISO-8859-1") ? 0xFF : 0), false};
+}
+
+void EventOutput::put(Units text) {
+    if (putShort<kZeroUnit>(text))
+        return;
     if (!isPlain_)
         return putAlone(text);
     const Run run = runOf(text, kZeroUnit, 0);

@@ -19,15 +19,9 @@ struct OutputEncoding {
     unsigned short lastByte; ///< the highest unit that becomes one byte of the same value; 0: not known here
     bool isUtf8;
 
-    /// The spelling decides, letter by letter: the array behind the pointer may have been changed.
+    /// Each letter is looked at: what lies behind a pointer may have been changed.
     static OutputEncoding named(const char* name) noexcept {
-        if (name == nullptr)
-            return {0, false};
-        if (isSpelled(name, "UTF-8"))
-            return {0x7F, true};
-        if (isSpelled(name, "US-ASCII"))
-            return {0x7F, false};
-        return {static_cast<unsigned short>(isSpelled(name, "ISO-8859-1") ? 0xFF : 0), false};
+        return name != nullptr && isSpelled(name, "UTF-8") ? OutputEncoding{0x7F, true} : namedOtherwise(name);
     }
 
 private:
@@ -39,6 +33,7 @@ private:
         }
         return true;
     }
+    static OutputEncoding namedOtherwise(const char* name) noexcept;
 };
 
 /// Takes the fragments of one operation of a writer, one after the other, and gives them to the writer's stream.
@@ -84,11 +79,7 @@ public:
         std::memcpy(end_, ascii.data(), ascii.size());
         end_ += ascii.size();
     }
-    /// Up to the first zero unit.
-    void put(Units text) {
-        if (!putShort<kZeroUnit>(text))
-            putLong(text);
-    }
+    void put(Units text); ///< up to the first zero unit
     /// None for a null string.
     void put(const XmlString& string) {
         if (!XmlStringReading::isNull(string))
@@ -156,7 +147,6 @@ public:
 
 private:
     static constexpr std::size_t kBufferSize = 4096;
-    static constexpr Runtime::Kernels::EscapeSet kZeroUnit{1, 0xFFFF, ""};
 
     /// Whether nobody can tell how many insertions a text takes.
     static bool takesTogether(const std::ostream& stream) {
@@ -171,7 +161,6 @@ private:
         return static_cast<unsigned short>(~unwritableMask);
     }
     std::size_t room() const noexcept { return static_cast<std::size_t>(buffer_ + kBufferSize - end_); }
-    void putLong(Units text);
     void insert();
     std::streamsize give(std::streamsize byteCount);
     void convert(Units text);

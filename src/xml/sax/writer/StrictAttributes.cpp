@@ -1,44 +1,56 @@
 #include "xml/sax/writer/StrictAttributesInternal.h"
 
-#include <utility>
+#include "xml/sax/AttributesReadingInternal.h"
 
 namespace Quillon::Xml::Sax {
 
-StrictAttributes::StrictAttributes(StrictAttributeRoom& room, const Attributes& attributes)
-    : lent_(room), own_(std::exchange(room, {})) {
-    if (const AttributesImpl* const own = AttributesReading::ownList(attributes))
-        read(*own);
+StrictAttributes::StrictAttributes(StrictAttributeRoom& room, const Attributes& attributes) : lent_(room) {
+    const AttributesReading reading(attributes);
+    if (reading.units() != nullptr)
+        read(*reading.units());
     else
         fetch(attributes);
 }
 
+/// A list that has not needed the room has left it where it was.
 StrictAttributes::~StrictAttributes() {
+    if (own_.list.capacity() == 0)
+        return;
     own_.list.clear();
+    own_.list.swap(lent_.list);
     own_.strings.clear();
-    lent_ = std::move(own_);
+    if (own_.strings.capacity() != 0)
+        own_.strings.swap(lent_.strings);
 }
 
-void StrictAttributes::read(const AttributesImpl& attributes) {
-    using Field = AttributesReading::Field;
-    const unsigned int count = AttributesReading::length(attributes);
+void StrictAttributes::read(const AttributeUnits& attributes) {
+    const unsigned int count = attributes.length();
+    if (count == 0)
+        return;
+    own_.list.swap(lent_.list);
     own_.list.reserve(count);
     for (unsigned int i = 0; i < count; ++i) {
-        const auto units = [&](Field field) { return AttributesReading::units(attributes, i, field); };
-        own_.list.push_back({units(Field::Uri), units(Field::LocalName), units(Field::QName),
-                             units(Field::Type), units(Field::Value)});
+        const AttributeUnits::Entry entry = attributes.entry(i);
+        own_.list.push_back(
+            {entry.uri, entry.localName, entry.qName, attributes.type(i), entry.value, QualifiedName()});
     }
 }
 
 /// Room for all strings comes first, so that each is copied but once.
 void StrictAttributes::fetch(const Attributes& attributes) {
+    constexpr std::size_t kFields = 5;
     const unsigned int count = attributes.getLength();
+    if (count == 0)
+        return;
+    own_.list.swap(lent_.list);
+    own_.strings.swap(lent_.strings);
     own_.list.reserve(count);
-    own_.strings.reserve(std::size_t{count} * AttributesReading::FieldCount);
+    own_.strings.reserve(count * kFields);
     const auto kept = [&](const XmlString& string) { return unitsOf(own_.strings.emplace_back(string)); };
     for (unsigned int i = 0; i < count; ++i)
         own_.list.push_back({kept(attributes.getURI(i)), kept(attributes.getLocalName(i)),
                              kept(attributes.getQName(i)), kept(attributes.getType(i)),
-                             kept(attributes.getValue(i))});
+                             kept(attributes.getValue(i)), QualifiedName()});
 }
 
 } // namespace Quillon::Xml::Sax

@@ -1,7 +1,9 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTATTRIBUTESINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTATTRIBUTESINTERNAL_H
 
-#include "xml/sax/AttributesReadingInternal.h"
+#include "xml/sax/Attributes.h"
+#include "xml/sax/AttributeSourceInternal.h"
+#include "xml/sax/writer/StrictNamespacesInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
 #include <vector>
@@ -11,6 +13,7 @@ namespace Quillon::Xml::Sax {
 /// One attribute of a start tag.
 struct StrictAttribute {
     Units uri, localName, name, type, value;
+    QualifiedName parts; ///< of the name, once that was found right
 };
 
 using StrictAttributeList = std::vector<StrictAttribute>;
@@ -32,10 +35,10 @@ public:
     StrictAttributes& operator=(const StrictAttributes&) = delete;
     ~StrictAttributes();
 
-    const StrictAttributeList& list() const noexcept { return own_.list; }
+    StrictAttributeList& list() noexcept { return own_.list; }
 
 private:
-    void read(const AttributesImpl& attributes);
+    void read(const AttributeUnits& attributes);
     void fetch(const Attributes& attributes);
 
     StrictAttributeRoom& lent_;

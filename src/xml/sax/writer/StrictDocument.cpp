@@ -16,6 +16,8 @@ namespace {
 constexpr Utf16Literal kCdataLiteral(u"CDATA");
 constexpr Units kCdata(kCdataLiteral.units, 5);
 
+constexpr char kElementName[] = "an element's name";
+
 /// The highest character of the encoding. Only the names that the writer itself knows are taken.
 char32_t lastCharacterOf(const char* encoding) {
     const std::string_view name = encoding ? encoding : "UTF-8";
@@ -28,18 +30,6 @@ char32_t lastCharacterOf(const char* encoding) {
     throw SaxNotSupportedException(makeString(("startDocument: encoding " + std::string(name)).c_str()));
 }
 
-/// Whether no two names are the same. Not for certain in a long list, which it pays to sort first.
-bool isWithoutRepetition(const StrictAttributeList& list) noexcept {
-    constexpr std::size_t kLongestUnsorted = 8;
-    if (list.size() > kLongestUnsorted)
-        return false;
-    for (std::size_t i = 1; i < list.size(); ++i)
-        for (std::size_t other = 0; other < i; ++other)
-            if (isSame(list[i].name, list[other].name))
-                return false;
-    return true;
-}
-
 } // namespace
 
 void StrictDocument::begin(const char* encodingName) {
@@ -50,6 +40,7 @@ void StrictDocument::begin(const char* encodingName) {
     inSection = false;
     doctype.clear();
     names_.clear();
+    openNames_.clear();
     elements_.clear();
     namespaces_.clear();
     announced_.clear();
@@ -58,22 +49,17 @@ void StrictDocument::begin(const char* encodingName) {
     suppressing_ = 0;
 }
 
-Refusal StrictDocument::enter(const char* event, After after) const {
-    const Refusal refusal(event, lastCharacter, locator_);
+void StrictDocument::refuseToEnter(const Refusal& refusal, After after) const {
     if (place == Place::Outside)
         refusal.because("no document has been started");
     if (!announced_.empty() && after != After::Mapping && after != After::Layout)
         refusal.because("no element follows the mapping of the prefix", announced_.top().prefix);
     if (hasDueMappings() && after != After::EndOfElement)
         refusal.because("the mapping has not been ended of the prefix", mapped_.top().prefix);
-    return refusal;
 }
 
-Refusal StrictDocument::enterMarkup(const char* event, After after) const {
-    const Refusal refusal = enter(event, after);
-    if (inSection)
-        refusal.because("a CDATA section holds text only");
-    return refusal;
+void StrictDocument::refuseInSection(const Refusal& refusal) {
+    refusal.because("a CDATA section holds text only");
 }
 
 void StrictDocument::announceMapping(const Refusal& refusal, Units prefix, Units uri) {
@@ -104,13 +90,13 @@ void StrictDocument::checkPlaceOfElement(const Refusal& refusal) const {
 
 StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlString& uri,
                                               const XmlString& localName, const XmlString& qName,
-                                              const StrictAttributeList& list, bool checksTypes) {
+                                              StrictAttributeList& list, bool checksTypes) {
     checkPlaceOfElement(refusal);
     Bindings added;
     std::optional<ExpandedName> checkedName;
     const bool hasExpandedNames = !announced_.empty() || !unitsOf(uri).empty() || !unitsOf(localName).empty();
     if (!isSuppressed()) {
-        refusal.unlessName(unitsOf(qName), "an element's name");
+        const QualifiedName name = names_.check(refusal, unitsOf(qName), kElementName).parts(unitsOf(qName));
         if (depth() != 0 && hasExpandedNames != hasExpandedNames_)
             refusal.because("the root and this element do not both have expanded names:", unitsOf(qName));
         checkAttributes(refusal, list);
@@ -119,7 +105,10 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
         try {
             if (hasExpandedNames) { // else the events come from a reader that does not process namespaces
                 added = bindNamespaces(refusal, list);
-                checkedName = checkExpandedNames(refusal, uri, localName, qName, list);
+                const Units bound =
+                    checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), unitsOf(qName), name, false);
+                checkedName = ExpandedName(bound, name.localName);
+                checkExpandedNames(refusal, list);
             }
         } catch (...) {
             namespaces_.leave(depth());
@@ -136,12 +125,15 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
     return added;
 }
 
-void StrictDocument::checkAttributes(const Refusal& refusal, const StrictAttributeList& list) {
-    for (const StrictAttribute& attribute : list) {
-        refusal.unlessName(attribute.name, "an attribute's name");
+void StrictDocument::checkAttributes(const Refusal& refusal, StrictAttributeList& list) {
+    names_.beginTag();
+    for (StrictAttribute& attribute : list) {
+        StrictNames::Known& name = names_.check(refusal, attribute.name, "an attribute's name");
+        names_.addToTag(name);
+        attribute.parts = name.parts(attribute.name);
         refusal.unlessText(attribute.value, "the value of an attribute");
     }
-    if (isWithoutRepetition(list))
+    if (!names_.mayTagRepeatAName())
         return;
     sortedNames_.clear();
     for (const StrictAttribute& attribute : list)
@@ -185,10 +177,9 @@ void StrictDocument::bind(const Refusal& refusal, Units prefix, Units uri) {
 StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
                                                         const StrictAttributeList& list) {
     for (const StrictAttribute& attribute : list) {
-        if (!isNamespaceDeclaration(attribute.name))
-            continue;
-        const QualifiedName name(attribute.name);
-        bind(refusal, name.hasColon ? name.localName : Units(), attribute.value);
+        const QualifiedName& name = attribute.parts;
+        if (isNamespaceDeclaration(name))
+            bind(refusal, name.hasColon ? name.localName : Units(), attribute.value);
     }
     Bindings added;
     for (const auto& node : announced_.nodes()) {
@@ -204,25 +195,20 @@ StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
     return added;
 }
 
-StrictDocument::ExpandedName StrictDocument::checkExpandedNames(const Refusal& refusal, const XmlString& uri,
-                                                                const XmlString& localName,
-                                                                const XmlString& qName,
-                                                                const StrictAttributeList& list) {
-    const QualifiedName elementName(unitsOf(qName));
-    const ExpandedName result(
-        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), unitsOf(qName), elementName, false),
-        elementName.localName);
-    auto& names = sortedExpandedNames_; // of the attributes in a namespace
+void StrictDocument::checkExpandedNames(const Refusal& refusal, const StrictAttributeList& list) {
+    auto& names = sortedExpandedNames_; // of those in a namespace
     names.clear();
     for (const StrictAttribute& attribute : list) {
-        if (isNamespaceDeclaration(attribute.name))
+        const QualifiedName& name = attribute.parts;
+        if (isNamespaceDeclaration(name))
             continue;
-        const QualifiedName name(attribute.name);
         const Units bound =
             checkExpandedName(refusal, attribute.uri, attribute.localName, attribute.name, name, true);
         if (name.hasColon)
             names.emplace_back(bound, name.localName);
     }
+    if (names.size() < 2)
+        return;
     const auto isLessPair = [](const auto& left, const auto& right) {
         return isSame(left.first, right.first) ? isLess(left.second, right.second)
                                                : isLess(left.first, right.first);
@@ -234,12 +220,11 @@ StrictDocument::ExpandedName StrictDocument::checkExpandedNames(const Refusal& r
         });
     if (repeated != names.end())
         refusal.because("twice, by two prefixes, the attribute", repeated->second);
-    return result;
 }
 
 Units StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
                                         const QualifiedName& name, bool isAttribute) const {
-    if (name.hasColon)
+    if (!name.qualifies)
         refusal.unlessColonQualifies(qName, "a qualified name");
     const bool isInNoNamespace = isAttribute && !name.hasColon; // the default namespace is not for attributes
     const std::optional<Units> bound = isInNoNamespace ? Units() : namespaces_.uriOf(name.prefix);
@@ -272,7 +257,8 @@ void StrictDocument::close(const Refusal& refusal, const XmlString& uri, const X
         refusal.because("the open element is", innermostName());
     const bool isPlain = unitsOf(uri).empty() && unitsOf(localName).empty();
     if (!isPlain && !isSuppressed() && !isAsOpened(unitsOf(uri), unitsOf(localName)))
-        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name, QualifiedName(name), false);
+        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name,
+                          names_.check(refusal, name, kElementName).parts(name), false);
     popElement();
     namespaces_.leave(depth());
     if (depth() == 0)
@@ -294,18 +280,18 @@ void StrictDocument::closeEntity(const Refusal& refusal, Units name) {
 }
 
 Units StrictDocument::innermostName() const noexcept {
-    return Units(names_).subspan(elements_.back().nameStart);
+    return Units(openNames_).subspan(elements_.back().nameStart);
 }
 
 void StrictDocument::pushElement(Units name, const std::optional<ExpandedName>& checkedName) {
     const auto [uri, localName] = checkedName.value_or(ExpandedName());
     elements_.push_back(
-        {names_.size(), doctype.holdsElementsOnly(name), checkedName.has_value(), localName.size(), uri});
-    names_.insert(names_.end(), name.begin(), name.end());
+        {openNames_.size(), doctype.holdsElementsOnly(name), checkedName.has_value(), localName.size(), uri});
+    openNames_.insert(openNames_.end(), name.begin(), name.end());
 }
 
 void StrictDocument::popElement() {
-    names_.resize(elements_.back().nameStart);
+    openNames_.resize(elements_.back().nameStart);
     elements_.pop_back();
 }
 

@@ -4,6 +4,7 @@
 #include "xml/XmlString.h"
 #include "xml/sax/writer/StrictAttributesInternal.h"
 #include "xml/sax/writer/StrictDoctypeInternal.h"
+#include "xml/sax/writer/StrictNamesInternal.h"
 #include "xml/sax/writer/StrictNamespacesInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
@@ -34,9 +35,19 @@ public:
     /// What every event starts with. Layout may stand between the mappings of prefixes and the element: that is where
     /// a filter puts it that sees the tags only.
     enum class After { Anything, Mapping, EndOfElement, Layout };
-    Refusal enter(const char* event, After after = After::Anything) const;
+    Refusal enter(const char* event, After after = After::Anything) const {
+        const Refusal refusal(event, lastCharacter, locator_);
+        if (place == Place::Outside || !announced_.empty() || hasDueMappings())
+            refuseToEnter(refusal, after);
+        return refusal;
+    }
     /// The same for what may not stand in a CDATA section.
-    Refusal enterMarkup(const char* event, After after = After::Anything) const;
+    Refusal enterMarkup(const char* event, After after = After::Anything) const {
+        const Refusal refusal = enter(event, after);
+        if (inSection)
+            refuseInSection(refusal);
+        return refusal;
+    }
 
     /// Whether a parser takes white space in the innermost element for no text of it.
     bool isInElementContent() const noexcept {
@@ -57,7 +68,7 @@ public:
     /// Checks a start tag and opens the element. Returns the bindings that no attribute declares.
     using Bindings = std::vector<StrictNamespaces::Binding>;
     Bindings open(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                  const XmlString& qName, const StrictAttributeList& list, bool checksTypes);
+                  const XmlString& qName, StrictAttributeList& list, bool checksTypes);
     void close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
                const XmlString& qName);
 
@@ -96,23 +107,27 @@ private:
     bool isAsOpened(Units uri, Units localName) const noexcept;
     void popElement();
 
+    /// Where one of the conditions of enter() holds: whether it is one for this event.
+    void refuseToEnter(const Refusal& refusal, After after) const;
+    [[noreturn]] static void refuseInSection(const Refusal& refusal);
     void checkPlaceOfElement(const Refusal& refusal) const;
-    void checkAttributes(const Refusal& refusal, const StrictAttributeList& list);
+    /// Takes the names apart, too.
+    void checkAttributes(const Refusal& refusal, StrictAttributeList& list);
     void checkDeclaredAttributes(const Refusal& refusal, Units element,
                                  const StrictAttributeList& list) const;
     Bindings bindNamespaces(const Refusal& refusal, const StrictAttributeList& list);
     void bind(const Refusal& refusal, Units prefix, Units uri);
-    /// Returns the name of the element; its namespace belongs to the binding.
-    ExpandedName checkExpandedNames(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                                    const XmlString& qName, const StrictAttributeList& list);
-    /// Returns the namespace that is bound to the prefix. REQUIRES: `qName` is a name.
+    /// Those of the attributes.
+    void checkExpandedNames(const Refusal& refusal, const StrictAttributeList& list);
+    /// Returns the namespace that is bound to the prefix; it belongs to the binding.
     Units checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
                             const QualifiedName& name, bool isAttribute) const;
     bool hasDueMappings() const noexcept { return !mapped_.empty() && mapped_.top().depth > depth(); }
 
     const Locator* locator_ = nullptr;
     bool hasExpandedNames_ = false; ///< the root, and so every element
-    OwnedUnits names_;              ///< of the open elements, one behind the other
+    StrictNames names_;
+    OwnedUnits openNames_; ///< of the open elements, one behind the other
     std::vector<OpenElement> elements_;
     StrictNamespaces namespaces_;
     PrefixStack<StrictNamespaces::Binding> announced_; ///< by startPrefixMapping, for the next element

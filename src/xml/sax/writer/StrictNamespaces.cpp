@@ -2,8 +2,6 @@
 
 #include "xml/Utf16LiteralInternal.h"
 
-#include <algorithm>
-
 namespace Quillon::Xml::Sax {
 
 namespace {
@@ -46,18 +44,8 @@ bool isLegalBinding(Units prefix, Units uri) noexcept {
     return prefix.empty() || !uri.empty();
 }
 
-QualifiedName::QualifiedName(Units name) noexcept {
-    const auto colon = std::find(name.begin(), name.end(), ':');
-    hasColon = colon != name.end();
-    const auto prefixLength = static_cast<std::size_t>(colon - name.begin());
-    prefix = hasColon ? name.first(prefixLength) : Units();
-    localName = hasColon ? name.subspan(prefixLength + 1) : name;
-}
-
-bool isNamespaceDeclaration(Units attributeName) noexcept {
-    const std::size_t length = kXmlns.size();
-    return attributeName.size() >= length && isSame(attributeName.first(length), kXmlns)
-           && (attributeName.size() == length || attributeName[length] == ':');
+bool isNamespaceDeclaration(const QualifiedName& attributeName) noexcept {
+    return isSame(attributeName.hasColon ? attributeName.prefix : attributeName.localName, kXmlns);
 }
 
 bool isNamespaceOfDeclarations(Units uri) noexcept {

@@ -39,13 +39,22 @@ bool isLegalBinding(Units prefix, Units uri) noexcept;
 /// What stands before the first colon of a qualified name, and what behind it.
 struct QualifiedName {
     Units prefix, localName;
-    bool hasColon;
+    bool hasColon = false;
+    bool qualifies = false; ///< whether Namespaces in XML let the name have that colon, or it has none
 
-    explicit QualifiedName(Units name) noexcept;
+    QualifiedName() = default;
+    /// `colon` is the index of the first one, the size of the name when there is none.
+    QualifiedName(Units name, std::size_t colon, bool qualifies) noexcept
+        : localName(name), hasColon(colon != name.size()), qualifies(qualifies) {
+        if (!hasColon)
+            return;
+        prefix = name.first(colon);
+        localName = name.subspan(colon + 1);
+    }
 };
 
-/// `xmlns` or `xmlns:...`.
-bool isNamespaceDeclaration(Units attributeName) noexcept;
+/// The name of an attribute that is `xmlns` or `xmlns:...`.
+bool isNamespaceDeclaration(const QualifiedName& attributeName) noexcept;
 /// The namespace that such attributes belong to where a reader says so.
 bool isNamespaceOfDeclarations(Units uri) noexcept;
 

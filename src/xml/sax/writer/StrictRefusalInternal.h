@@ -1,6 +1,7 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTREFUSALINTERNAL_H
 
+#include "runtime/kernels/CompareInternal.h"
 #include "runtime/kernels/EscapeScanInternal.h"
 #include "xml/XmlStringInternal.h"
 
@@ -21,7 +22,8 @@ inline OwnedUnits copyOf(Units units) {
 
 inline bool isSame(Units left, Units right) noexcept {
     return left.size() == right.size()
-           && (left.data() == right.data() || std::equal(left.begin(), left.end(), right.begin()));
+           && (left.data() == right.data()
+               || Runtime::Kernels::areUnitsSame(left.data(), right.data(), left.size()));
 }
 
 inline bool isLess(Units left, Units right) noexcept {

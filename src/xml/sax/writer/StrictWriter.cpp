@@ -171,8 +171,8 @@ void StrictWriter::endPrefixMapping(const XmlString& prefix) {
 void StrictWriter::startElement(const XmlString& uri, const XmlString& localName, const XmlString& qName,
                                 const Attributes& attributes) {
     const Refusal refusal = document_->enterMarkup("startElement", After::Mapping);
-    const StrictAttributes fetched(document_->attributeRoom, attributes);
-    const StrictAttributeList& list = fetched.list();
+    StrictAttributes fetched(document_->attributeRoom, attributes);
+    StrictAttributeList& list = fetched.list();
     const auto added = document_->open(refusal, uri, localName, qName, list, !isCanonical());
     if (document_->isSuppressed())
         return;

@@ -151,11 +151,11 @@ void putAttributeName(EventOutput& out, Units name) {
     out.put('=');
 }
 
-void putAttributes(EventOutput& out, const AttributesImpl& list) {
-    for (unsigned int i = 0; i < AttributesReading::length(list); ++i) {
-        putAttributeName(out, AttributesReading::units(list, i, AttributesReading::QName));
-        putQuoted(out, AttributesReading::units(list, i, AttributesReading::Value),
-                  XmlWriter::AttributeValue);
+void putAttributes(EventOutput& out, const AttributeUnits& list) {
+    for (unsigned int i = 0; i < list.length(); ++i) {
+        const AttributeUnits::Entry attribute = list.entry(i);
+        putAttributeName(out, attribute.qName);
+        putQuoted(out, attribute.value, XmlWriter::AttributeValue);
     }
 }
 
@@ -182,8 +182,9 @@ void putAttributes(EventOutput& out, const Attributes& list) {
 void putStartTag(EventOutput& out, const XmlString& qName, const Attributes& attributes) {
     out.put('<');
     out.put(qName);
-    if (const AttributesImpl* const own = AttributesReading::ownList(attributes))
-        putAttributes(out, *own);
+    const AttributesReading reading(attributes);
+    if (reading.units() != nullptr)
+        putAttributes(out, *reading.units());
     else
         putAttributes(out, attributes);
     out.put('>');
