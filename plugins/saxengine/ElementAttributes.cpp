@@ -18,7 +18,8 @@ constexpr XML_Char kRoom[kLongestKept] = {};
 
 } // namespace
 
-ElementAttributes::ElementAttributes(const Vocabulary& words) : words_(words), list_(Xml::Sax::listOf(*this)) {}
+ElementAttributes::ElementAttributes(const Vocabulary& words)
+    : words_(words), list_(Xml::Sax::listOf(*this)) {}
 ElementAttributes::~ElementAttributes() = default;
 
 /// The value as a string. Its block is the last one's when that is free and large enough.
@@ -77,11 +78,12 @@ unsigned int ElementAttributes::length() const noexcept {
     return static_cast<unsigned int>(slots_.size());
 }
 
-ElementAttributes::Entry ElementAttributes::entry(unsigned int index) const noexcept {
+void ElementAttributes::read(unsigned int index, Entry& entry) const noexcept {
     const Slot& slot = slots_[index];
-    const UnitSpan value(slot.value);
-    return {Xml::unitsOf(*slot.uri), Xml::unitsOf(*slot.localName), Xml::unitsOf(slot.name->text),
-            Xml::Units(value.data, value.size)};
+    entry.uri = Xml::unitsOf(*slot.uri);
+    entry.localName = Xml::unitsOf(*slot.localName);
+    entry.qName = Xml::unitsOf(slot.name->text);
+    entry.value = Xml::Units(slot.value, UnitSpan(slot.value).size);
 }
 
 Xml::Units ElementAttributes::type(unsigned int index) const noexcept {

@@ -53,7 +53,7 @@ public:
     }
 
     unsigned int length() const noexcept override;
-    Entry entry(unsigned int index) const noexcept override;
+    void read(unsigned int index, Entry& entry) const noexcept override;
     Xml::Units type(unsigned int index) const noexcept override;
     const Xml::XmlString* string(unsigned int index, Field field) const override;
     bool isDeclared(unsigned int index) const override;

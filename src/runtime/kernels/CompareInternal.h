@@ -24,7 +24,8 @@ inline bool areFourSame(const unsigned short* left, const unsigned short* right)
 
 /// Whether `count` units are the same: for names and the like, most of which are too short for a call to pay. Those
 /// that fill no register twice are compared by their ends, which overlap.
-inline bool areUnitsSame(const unsigned short* left, const unsigned short* right, std::size_t count) noexcept {
+inline bool areUnitsSame(const unsigned short* left, const unsigned short* right,
+                         std::size_t count) noexcept {
     if (count > 16)
         return std::memcmp(left, right, count * sizeof *left) == 0;
     if (count >= 8)

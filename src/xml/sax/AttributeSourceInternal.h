@@ -20,7 +20,8 @@ public:
     };
 
     virtual unsigned int length() const noexcept = 0;
-    virtual Entry entry(unsigned int index) const noexcept = 0;
+    /// Into the place where it is wanted: a copy of what was just written would have to wait for that.
+    virtual void read(unsigned int index, Entry& entry) const noexcept = 0;
     virtual Units type(unsigned int index) const noexcept = 0;
 
 protected:

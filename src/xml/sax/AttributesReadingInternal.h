@@ -26,8 +26,11 @@ private:
     class UnitsOfImpl final : public AttributeUnits {
     public:
         unsigned int length() const noexcept override { return list->length_; }
-        Entry entry(unsigned int index) const noexcept override {
-            return {field(index, Uri), field(index, LocalName), field(index, QName), field(index, Value)};
+        void read(unsigned int index, Entry& entry) const noexcept override {
+            entry.uri = field(index, Uri);
+            entry.localName = field(index, LocalName);
+            entry.qName = field(index, QName);
+            entry.value = field(index, Value);
         }
         Units type(unsigned int index) const noexcept override { return field(index, Type); }
 

@@ -21,11 +21,12 @@ constexpr std::size_t kLongest = 200; // some blocks of every level, and every r
 constexpr std::uint16_t kMasks[] = {0, 0xFF80, 0xFF00};
 constexpr std::uint16_t kLastBytes[] = {0x7F, 0xFF};
 
-/// A set as the test understands it.
+/// A set as the test understands it, and the kernel for short texts, which is made for one set each.
 struct SetCase {
     const char* name;
     std::uint16_t controlLimit, last;
     const char* marks;
+    bool (*copyShort)(const unsigned short*, std::size_t, char*) noexcept;
 
     bool holds(unsigned int unit) const {
         if (unit > last || unit == 0)
@@ -37,12 +38,15 @@ struct SetCase {
     EscapeSet set() const { return EscapeSet(controlLimit, last, marks); }
 };
 
+constexpr EscapeSet kZeroOnly(1, 0xFFFF, ""), kText(0x20, 0xFFFD, "\n&<>"),
+    kSevenMarks(0x20, 0xFFFD, "&<>\"\r\t\n"), kNoMarks(0x20, 0xD7FF, ""), kHighestMark(2, 0xFF, "\x7F~ ");
+
 const SetCase kSets[] = {
-    {"ZeroOnly", 1, 0xFFFF, ""},
-    {"Text", 0x20, 0xFFFD, "\n&<>"},
-    {"SevenMarks", 0x20, 0xFFFD, "&<>\"\r\t\n"},
-    {"NoMarks", 0x20, 0xD7FF, ""},
-    {"HighestMark", 2, 0xFF, "\x7F~ "},
+    {"ZeroOnly", 1, 0xFFFF, "", &copyShort<kZeroOnly>},
+    {"Text", 0x20, 0xFFFD, "\n&<>", &copyShort<kText>},
+    {"SevenMarks", 0x20, 0xFFFD, "&<>\"\r\t\n", &copyShort<kSevenMarks>},
+    {"NoMarks", 0x20, 0xD7FF, "", &copyShort<kNoMarks>},
+    {"HighestMark", 2, 0xFF, "\x7F~ ", &copyShort<kHighestMark>},
 };
 
 class EscapeScanTest : public Testing::KernelFixture, public testing::WithParamInterface<SetCase> {
@@ -67,7 +71,7 @@ protected:
         return text;
     }
 
-    /// Both kernels on `text`, which ends, and whose copy ends, before a guarded page.
+    /// The kernels on `text`, which ends, and whose copy ends, before a guarded page.
     void check(const Text& text) {
         const EscapeSet set = GetParam().set();
         unsigned short* const units = input_.last(text.size());
@@ -82,9 +86,22 @@ protected:
             for (std::size_t i = 0; i < count; ++i)
                 ASSERT_EQ(static_cast<char>(text[i]), out[i]) << i;
         }
+        if (text.size() <= kShortText)
+            checkShort(text);
     }
 
 private:
+    /// All of it, or nothing is written.
+    void checkShort(const Text& text) {
+        const std::string before(text.size(), '#');
+        char* const out = output_.last(text.size());
+        std::copy(before.begin(), before.end(), out);
+        const bool isWhole = expectedStop(text, 0xFF80) == text.size();
+        ASSERT_EQ(isWhole, GetParam().copyShort(input_.last(text.size()), text.size(), out));
+        const std::string after(out, text.size());
+        ASSERT_EQ(isWhole ? std::string(text.begin(), text.end()) : before, after);
+    }
+
     GuardedBuffer<unsigned short> input_{kLongest};
     GuardedBuffer<char> output_{kLongest};
 };
@@ -135,6 +152,9 @@ TEST_P(EscapeScanTest, ReadsAndWritesBeginWithTheRange) {
         for (std::size_t count = 0; count <= kLongest; ++count) {
             ASSERT_EQ(count, firstToEscape(input.first(), count, set, 0));
             ASSERT_EQ(count, copyUnescaped(input.first(), count, set, 0x7F, output.first()));
+            if (count <= kShortText) {
+                ASSERT_TRUE(GetParam().copyShort(input.first(), count, output.first()));
+            }
         }
     };
     atScalarLevel(whole);
@@ -150,6 +170,11 @@ TEST_P(EscapeScanTest, WritesNothingBehindTheRange) {
             std::string out(kLongest + 64, '#');
             copyUnescaped(text.data(), count, set, 0xFF, out.data());
             ASSERT_EQ(std::string(count, 'x') + std::string(kLongest + 64 - count, '#'), out);
+            out.assign(out.size(), '#');
+            if (count <= kShortText) {
+                ASSERT_TRUE(GetParam().copyShort(text.data(), count, out.data()));
+                ASSERT_EQ(std::string(count, 'x') + std::string(kLongest + 64 - count, '#'), out);
+            }
         }
     };
     atScalarLevel(leavesTheRest);

@@ -19,7 +19,6 @@ namespace {
 namespace Kernels = Runtime::Kernels;
 
 constexpr Utf16Literal kEncoding(u"Encoding: ");
-constexpr Kernels::EscapeSet kZeroUnit(1, 0xFFFF, "");
 constexpr std::size_t kMaxBytesPerUnit = 3;
 constexpr std::size_t kSmallestPiece = 64; ///< units worth a call of a kernel
 
@@ -65,7 +64,15 @@ void EventOutput::put(Units text) {
         lastStart_ = end_;
 }
 
-/// Converts units of the fragment that was begun, by pieces that fit into the buffer.
+void EventOutput::putParts(std::string_view before, Units text, std::string_view after) {
+    if (!before.empty())
+        put(before);
+    put(text);
+    for (const char c : after)
+        put(c);
+}
+
+/// Converts units of the fragment that was begun into the buffer, by pieces that fit.
 void EventOutput::convert(Units text) {
     while (!text.empty()) {
         if (room() / kMaxBytesPerUnit < std::min(text.size(), kSmallestPiece))
@@ -73,8 +80,8 @@ void EventOutput::convert(Units text) {
         std::size_t count = std::min(text.size(), room() / kMaxBytesPerUnit);
         if (count < text.size() && isInsidePair(text.data() + count))
             --count;
-        end_ = isUtf8_ ? Kernels::utf16ToUtf8(text.data(), count, end_)
-                       : Kernels::utf16ToSingleByte(text.data(), count, lastByte_, end_);
+        end_ = encoding_.isUtf8 ? Kernels::utf16ToUtf8(text.data(), count, end_)
+                                : Kernels::utf16ToSingleByte(text.data(), count, encoding_.lastByte, end_);
         text = text.subspan(count);
     }
 }

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <ostream>
+#include <streambuf>
 #include <string_view>
 
 namespace Quillon::Xml::Sax {
@@ -21,7 +22,8 @@ struct OutputEncoding {
 
     /// Each letter is looked at: what lies behind a pointer may have been changed.
     static OutputEncoding named(const char* name) noexcept {
-        return name != nullptr && isSpelled(name, "UTF-8") ? OutputEncoding{0x7F, true} : namedOtherwise(name);
+        return name != nullptr && isSpelled(name, "UTF-8") ? OutputEncoding{0x7F, true}
+                                                           : namedOtherwise(name);
     }
 
 private:
@@ -36,9 +38,24 @@ private:
     static OutputEncoding namedOtherwise(const char* name) noexcept;
 };
 
+/// The room that a stream buffer has until it must do something. Bytes may be written there without asking it, as its own
+/// sputc() does.
+class PutArea : private std::streambuf {
+public:
+    static char* next(const std::streambuf& buffer) { return (buffer.*&PutArea::pptr)(); }
+    static char* end(const std::streambuf& buffer) { return (buffer.*&PutArea::epptr)(); }
+    /// Makes the next `byteCount` bytes part of what was written.
+    static void take(std::streambuf& buffer, std::ptrdiff_t byteCount) {
+        (buffer.*&PutArea::pbump)(static_cast<int>(byteCount));
+    }
+};
+
 /// Takes the fragments of one operation of a writer, one after the other, and gives them to the writer's stream.
 ///
-///     fragments -> converted into a buffer on the stack -> one insertion, when the buffer is full and at the end
+///     short fragments -> converted into the put area of the stream's buffer, as long as they fit
+///     others, and all behind one -> converted into a buffer on the stack -> one insertion, when that is full and at the end
+///
+/// In the put area nothing is written but what is put: what lies there already may be a text that is written over.
 ///
 /// Where a stream could tell one insertion from several (a field width, a tied stream, no buffering, exceptions for the
 /// second insertion that fails only), and for an encoding that is none of the three that the writer knows, each fragment is
@@ -54,10 +71,10 @@ public:
     EventOutput(const EventOutput&) = delete;
     EventOutput& operator=(const EventOutput&) = delete;
 
-    // What the writer was set to when that was last looked at
+    // What the writer is set to
 
-    std::uint16_t unwritableMask() const noexcept { return unwritableMask_; }
-    bool isCanonical() const noexcept { return isCanonical_; }
+    std::uint16_t unwritableMask() const noexcept { return writer_.unwritableMask_; }
+    bool isCanonical() const noexcept { return writer_.canonical_; }
 
     // One fragment each
 
@@ -65,7 +82,7 @@ public:
         if (!isPlain_)
             return putAlone(std::string_view(&ascii, 1));
         if (room() == 0)
-            insert();
+            makeRoom();
         lastStart_ = end_;
         *end_++ = ascii;
     }
@@ -74,7 +91,7 @@ public:
         if (!isPlain_)
             return putAlone(ascii);
         if (room() < ascii.size())
-            insert();
+            makeRoom();
         lastStart_ = end_;
         std::memcpy(end_, ascii.data(), ascii.size());
         end_ += ascii.size();
@@ -86,16 +103,30 @@ public:
             put(unitsOf(string));
     }
 
-    /// The whole of a short text of US-ASCII without a unit of `set`; false, and nothing put, for any other text.
+    /// The whole of a short text of US-ASCII without a unit of `set`, between `before`, one fragment, and the
+    /// characters of `after`, a fragment each; false, and nothing put, for any other text.
+    template <const Runtime::Kernels::EscapeSet& set>
+    bool putShort(std::string_view before, Units text, std::string_view after) {
+        namespace Kernels = Runtime::Kernels;
+        const std::size_t byteCount = before.size() + text.size() + after.size();
+        const bool fits = isPlain_ && text.size() <= Kernels::kShortText && byteCount <= room();
+        char* const start = end_;
+        if (!fits || !Kernels::copyShort<set>(text.data(), text.size(), start + before.size()))
+            return false;
+        std::memcpy(start, before.data(), before.size());
+        std::memcpy(start + before.size() + text.size(), after.data(), after.size());
+        end_ = start + byteCount;
+        lastStart_ = after.empty() ? start + before.size() : start + byteCount - 1;
+        return true;
+    }
     template <const Runtime::Kernels::EscapeSet& set>
     bool putShort(Units text) {
-        namespace Kernels = Runtime::Kernels;
-        const bool fits = isPlain_ && text.size() <= std::min(Kernels::kShortText, room());
-        if (!fits || !Kernels::copyShort<set>(text.data(), text.size(), end_))
-            return false;
-        lastStart_ = end_;
-        end_ += text.size();
-        return true;
+        return putShort<set>("", text, "");
+    }
+    /// Text up to its first zero unit, with what stands before and behind it, as above.
+    void put(std::string_view before, Units text, std::string_view after) {
+        if (!putShort<kZeroUnit>(before, text, after))
+            putParts(before, text, after);
     }
 
     /// The beginning of a text that needs no escape, looked for but not yet put.
@@ -105,12 +136,14 @@ public:
         std::size_t converted; ///< units whose bytes lie ready in the buffer
     };
     /// Up to the first unit that is in `set` or has a bit of `unwritableMask`.
-    Run runOf(Units text, const Runtime::Kernels::EscapeSet& set, std::uint16_t unwritableMask) const {
+    Run runOf(Units text, const Runtime::Kernels::EscapeSet& set, std::uint16_t unwritableMask) {
         namespace Kernels = Runtime::Kernels;
         std::size_t converted = 0;
         if (isPlain_) {
-            converted = Kernels::copyUnescaped(text.data(), std::min(text.size(), room()), set,
-                                               std::min(lastByte_, lastWritable(unwritableMask)), end_);
+            leavePutArea();
+            converted =
+                Kernels::copyUnescaped(text.data(), std::min(text.size(), room()), set,
+                                       std::min(encoding_.lastByte, lastWritable(unwritableMask)), end_);
             if (converted == text.size())
                 return {text.data(), converted, converted};
         }
@@ -130,23 +163,25 @@ public:
             convert(Units(run.text + run.converted, run.length - run.converted));
     }
 
-    /// Inserts what is still in the buffer.
+    /// Gives the stream what it has not got yet.
     void flush() {
+        if (putArea_ != nullptr)
+            return takeInPutArea();
         if (lastStart_ != nullptr || end_ != buffer_)
             insert();
     }
     /// Looks at the writer and its stream again. To be called after what may have changed them.
     void reread() {
-        const OutputEncoding encoding = OutputEncoding::named(writer_.encoding_);
-        lastByte_ = encoding.lastByte;
-        isUtf8_ = encoding.isUtf8;
-        isPlain_ = lastByte_ != 0 && takesTogether(stream_);
-        unwritableMask_ = writer_.unwritableMask_;
-        isCanonical_ = writer_.canonical_;
+        encoding_ = OutputEncoding::named(writer_.encoding_);
+        isPlain_ = encoding_.lastByte != 0 && takesTogether(stream_);
+        useBuffer();
+        if (isPlain_ && stream_.good())
+            usePutArea(*stream_.rdbuf());
     }
 
 private:
     static constexpr std::size_t kBufferSize = 4096;
+    static constexpr Runtime::Kernels::EscapeSet kZeroUnit{1, 0xFFFF, ""};
 
     /// Whether nobody can tell how many insertions a text takes.
     static bool takesTogether(const std::ostream& stream) {
@@ -160,7 +195,38 @@ private:
     static unsigned short lastWritable(std::uint16_t unwritableMask) noexcept {
         return static_cast<unsigned short>(~unwritableMask);
     }
-    std::size_t room() const noexcept { return static_cast<std::size_t>(buffer_ + kBufferSize - end_); }
+    std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - end_); }
+    void useBuffer() noexcept {
+        putArea_ = nullptr;
+        end_ = buffer_;
+        limit_ = buffer_ + kBufferSize;
+    }
+    void usePutArea(std::streambuf& buffer) {
+        char* const next = PutArea::next(buffer);
+        char* const end = PutArea::end(buffer);
+        if (next == end)
+            return;
+        putArea_ = &buffer;
+        end_ = next;
+        limit_ = end;
+    }
+    void takeInPutArea() {
+        PutArea::take(*putArea_, end_ - PutArea::next(*putArea_));
+        lastStart_ = nullptr;
+    }
+    void leavePutArea() {
+        if (putArea_ == nullptr)
+            return;
+        takeInPutArea();
+        useBuffer();
+    }
+    void makeRoom() {
+        if (putArea_ != nullptr)
+            leavePutArea();
+        else
+            insert();
+    }
+    void putParts(std::string_view before, Units text, std::string_view after);
     void insert();
     std::streamsize give(std::streamsize byteCount);
     void convert(Units text);
@@ -169,20 +235,19 @@ private:
 
     const XmlWriter& writer_;
     std::ostream& stream_;
-    char* end_ = buffer_;
+    std::streambuf* putArea_; ///< whose put area is being filled; null: the buffer is
+    char* end_;               ///< of what was put
+    char* limit_;
     const char* lastStart_ =
         nullptr; ///< where the last fragment began; null when none has since the last insertion
-    bool isPlain_ = false;
-    bool isUtf8_ = false;
-    bool isCanonical_ = false;
-    unsigned short lastByte_ = 0; ///< the highest unit that becomes one byte of the same value
-    std::uint16_t unwritableMask_ = 0;
+    OutputEncoding encoding_;
+    bool isPlain_;
     char buffer_[kBufferSize];
 };
 
 /// Runs `body` with the output of one operation. What it has put is in the stream when it returns or throws.
 template <class Body>
-void writing(const XmlWriter& writer, Body&& body) {
+[[gnu::always_inline]] inline void writing(const XmlWriter& writer, Body&& body) {
     EventOutput out(writer);
     try {
         body(out);

@@ -14,25 +14,29 @@ StrictAttributes::StrictAttributes(StrictAttributeRoom& room, const Attributes& 
 
 /// A list that has not needed the room has left it where it was.
 StrictAttributes::~StrictAttributes() {
-    if (own_.list.capacity() == 0)
+    if (list_.empty())
         return;
-    own_.list.clear();
-    own_.list.swap(lent_.list);
+    own_.entries.swap(lent_.entries);
     own_.strings.clear();
-    if (own_.strings.capacity() != 0)
-        own_.strings.swap(lent_.strings);
+    own_.strings.swap(lent_.strings);
+}
+
+void StrictAttributes::borrow(std::size_t count) {
+    own_.entries.swap(lent_.entries);
+    own_.strings.swap(lent_.strings);
+    if (own_.entries.size() < count)
+        own_.entries.resize(count);
+    list_ = StrictAttributeList(own_.entries).first(count);
 }
 
 void StrictAttributes::read(const AttributeUnits& attributes) {
     const unsigned int count = attributes.length();
     if (count == 0)
         return;
-    own_.list.swap(lent_.list);
-    own_.list.reserve(count);
+    borrow(count);
     for (unsigned int i = 0; i < count; ++i) {
-        const AttributeUnits::Entry entry = attributes.entry(i);
-        own_.list.push_back(
-            {entry.uri, entry.localName, entry.qName, attributes.type(i), entry.value, QualifiedName()});
+        attributes.read(i, list_[i]);
+        list_[i].type = attributes.type(i);
     }
 }
 
@@ -42,15 +46,17 @@ void StrictAttributes::fetch(const Attributes& attributes) {
     const unsigned int count = attributes.getLength();
     if (count == 0)
         return;
-    own_.list.swap(lent_.list);
-    own_.strings.swap(lent_.strings);
-    own_.list.reserve(count);
+    borrow(count);
     own_.strings.reserve(count * kFields);
     const auto kept = [&](const XmlString& string) { return unitsOf(own_.strings.emplace_back(string)); };
-    for (unsigned int i = 0; i < count; ++i)
-        own_.list.push_back({kept(attributes.getURI(i)), kept(attributes.getLocalName(i)),
-                             kept(attributes.getQName(i)), kept(attributes.getType(i)),
-                             kept(attributes.getValue(i)), QualifiedName()});
+    for (unsigned int i = 0; i < count; ++i) {
+        StrictAttribute& attribute = list_[i];
+        attribute.uri = kept(attributes.getURI(i));
+        attribute.localName = kept(attributes.getLocalName(i));
+        attribute.qName = kept(attributes.getQName(i));
+        attribute.type = kept(attributes.getType(i));
+        attribute.value = kept(attributes.getValue(i));
+    }
 }
 
 } // namespace Quillon::Xml::Sax

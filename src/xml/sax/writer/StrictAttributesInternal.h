@@ -1,27 +1,28 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTATTRIBUTESINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTATTRIBUTESINTERNAL_H
 
-#include "xml/sax/Attributes.h"
 #include "xml/sax/AttributeSourceInternal.h"
+#include "xml/sax/Attributes.h"
 #include "xml/sax/writer/StrictNamespacesInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
+#include <span>
 #include <vector>
 
 namespace Quillon::Xml::Sax {
 
 /// One attribute of a start tag.
-struct StrictAttribute {
-    Units uri, localName, name, type, value;
+struct StrictAttribute : AttributeUnits::Entry {
+    Units type;
     QualifiedName parts; ///< of the name, once that was found right
 };
 
-using StrictAttributeList = std::vector<StrictAttribute>;
+using StrictAttributeList = std::span<StrictAttribute>;
 
 /// Room for the attributes of a start tag, used again for the next one. It holds no string: their blocks belong to
 /// others.
 struct StrictAttributeRoom {
-    StrictAttributeList list;
+    std::vector<StrictAttribute> entries; ///< as many as the longest list had, with what the last ones left
     std::vector<XmlString> strings;
 };
 
@@ -35,14 +36,16 @@ public:
     StrictAttributes& operator=(const StrictAttributes&) = delete;
     ~StrictAttributes();
 
-    StrictAttributeList& list() noexcept { return own_.list; }
+    StrictAttributeList list() noexcept { return list_; }
 
 private:
+    void borrow(std::size_t count);
     void read(const AttributeUnits& attributes);
     void fetch(const Attributes& attributes);
 
     StrictAttributeRoom& lent_;
     StrictAttributeRoom own_;
+    StrictAttributeList list_;
 };
 
 } // namespace Quillon::Xml::Sax

@@ -90,24 +90,28 @@ void StrictDocument::checkPlaceOfElement(const Refusal& refusal) const {
 
 StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlString& uri,
                                               const XmlString& localName, const XmlString& qName,
-                                              StrictAttributeList& list, bool checksTypes) {
+                                              StrictAttributeList list, bool checksTypes) {
     checkPlaceOfElement(refusal);
+    const Units name = unitsOf(qName);
+    const bool holdsElementsOnly = doctype.holdsElementsOnly(name);
     Bindings added;
-    std::optional<ExpandedName> checkedName;
+    Units boundUri;
+    std::size_t localNameLength = 0;
+    bool hasCheckedName = false;
     const bool hasExpandedNames = !announced_.empty() || !unitsOf(uri).empty() || !unitsOf(localName).empty();
     if (!isSuppressed()) {
-        const QualifiedName name = names_.check(refusal, unitsOf(qName), kElementName).parts(unitsOf(qName));
+        const QualifiedName parts = names_.check(refusal, name, kElementName).parts(name);
         if (depth() != 0 && hasExpandedNames != hasExpandedNames_)
-            refusal.because("the root and this element do not both have expanded names:", unitsOf(qName));
+            refusal.because("the root and this element do not both have expanded names:", name);
         checkAttributes(refusal, list);
         if (checksTypes)
-            checkDeclaredAttributes(refusal, unitsOf(qName), list);
+            checkDeclaredAttributes(refusal, name, list);
         try {
             if (hasExpandedNames) { // else the events come from a reader that does not process namespaces
                 added = bindNamespaces(refusal, list);
-                const Units bound =
-                    checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), unitsOf(qName), name, false);
-                checkedName = ExpandedName(bound, name.localName);
+                boundUri = checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name, parts, false);
+                localNameLength = parts.localName.size();
+                hasCheckedName = true;
                 checkExpandedNames(refusal, list);
             }
         } catch (...) {
@@ -117,7 +121,13 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
     }
     if (depth() == 0)
         hasExpandedNames_ = hasExpandedNames;
-    pushElement(unitsOf(qName), checkedName);
+    OpenElement& element = elements_.emplace_back();
+    element.nameStart = openNames_.size();
+    element.localNameLength = static_cast<std::uint32_t>(localNameLength);
+    element.holdsElementsOnly = holdsElementsOnly;
+    element.hasCheckedName = hasCheckedName;
+    element.uri = boundUri;
+    openNames_.insert(openNames_.end(), name.begin(), name.end());
     for (const auto& node : announced_.nodes())
         mapped_.push({node.entry.prefix, depth()});
     announced_.clear();
@@ -125,19 +135,21 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlS
     return added;
 }
 
-void StrictDocument::checkAttributes(const Refusal& refusal, StrictAttributeList& list) {
+void StrictDocument::checkAttributes(const Refusal& refusal, StrictAttributeList list) {
+    if (list.empty())
+        return;
     names_.beginTag();
     for (StrictAttribute& attribute : list) {
-        StrictNames::Known& name = names_.check(refusal, attribute.name, "an attribute's name");
+        StrictNames::Known& name = names_.check(refusal, attribute.qName, "an attribute's name");
         names_.addToTag(name);
-        attribute.parts = name.parts(attribute.name);
+        attribute.parts = name.parts(attribute.qName);
         refusal.unlessText(attribute.value, "the value of an attribute");
     }
     if (!names_.mayTagRepeatAName())
         return;
     sortedNames_.clear();
     for (const StrictAttribute& attribute : list)
-        sortedNames_.push_back(attribute.name);
+        sortedNames_.push_back(attribute.qName);
     std::sort(sortedNames_.begin(), sortedNames_.end(), isLess);
     const auto repeated = std::adjacent_find(sortedNames_.begin(), sortedNames_.end(), isSame);
     if (repeated != sortedNames_.end())
@@ -145,8 +157,10 @@ void StrictDocument::checkAttributes(const Refusal& refusal, StrictAttributeList
 }
 
 void StrictDocument::checkDeclaredAttributes(const Refusal& refusal, Units element,
-                                             const StrictAttributeList& list) const {
+                                             StrictAttributeList list) const {
     const StrictDoctype::Attributes* declared = doctype.attributesOf(element);
+    if (!declared && list.empty())
+        return;
     std::size_t defaultsLeft = 0;
     if (declared)
         defaultsLeft = static_cast<std::size_t>(std::count_if(
@@ -154,14 +168,14 @@ void StrictDocument::checkDeclaredAttributes(const Refusal& refusal, Units eleme
     for (const StrictAttribute& attribute : list) {
         const StrictDoctype::Attribute* rule = nullptr;
         if (declared) {
-            const auto found = declared->find(attribute.name);
+            const auto found = declared->find(attribute.qName);
             rule = found == declared->end() ? nullptr : &found->second;
         }
         const Units type = attribute.type;
         if (rule ? !isSame(type, rule->type) : !isSame(type, kCdata))
-            refusal.because("a type that was not declared, of the attribute", attribute.name);
+            refusal.because("a type that was not declared, of the attribute", attribute.qName);
         if (rule && rule->isTokenized() && !isTokenList(attribute.value))
-            refusal.because("spaces that would be taken away, in the attribute", attribute.name);
+            refusal.because("spaces that would be taken away, in the attribute", attribute.qName);
         defaultsLeft -= rule && rule->hasDefault;
     }
     if (defaultsLeft != 0)
@@ -174,14 +188,15 @@ void StrictDocument::bind(const Refusal& refusal, Units prefix, Units uri) {
     namespaces_.bind({copyOf(prefix), copyOf(uri), depth() + 1});
 }
 
-StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
-                                                        const StrictAttributeList& list) {
+StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal, StrictAttributeList list) {
     for (const StrictAttribute& attribute : list) {
         const QualifiedName& name = attribute.parts;
         if (isNamespaceDeclaration(name))
             bind(refusal, name.hasColon ? name.localName : Units(), attribute.value);
     }
     Bindings added;
+    if (announced_.empty())
+        return added;
     for (const auto& node : announced_.nodes()) {
         const StrictNamespaces::Binding& mapping = node.entry;
         const StrictNamespaces::Binding* brought = namespaces_.broughtAt(depth() + 1, mapping.prefix);
@@ -195,7 +210,9 @@ StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal,
     return added;
 }
 
-void StrictDocument::checkExpandedNames(const Refusal& refusal, const StrictAttributeList& list) {
+void StrictDocument::checkExpandedNames(const Refusal& refusal, StrictAttributeList list) {
+    if (list.empty())
+        return;
     auto& names = sortedExpandedNames_; // of those in a namespace
     names.clear();
     for (const StrictAttribute& attribute : list) {
@@ -203,7 +220,7 @@ void StrictDocument::checkExpandedNames(const Refusal& refusal, const StrictAttr
         if (isNamespaceDeclaration(name))
             continue;
         const Units bound =
-            checkExpandedName(refusal, attribute.uri, attribute.localName, attribute.name, name, true);
+            checkExpandedName(refusal, attribute.uri, attribute.localName, attribute.qName, name, true);
         if (name.hasColon)
             names.emplace_back(bound, name.localName);
     }
@@ -281,13 +298,6 @@ void StrictDocument::closeEntity(const Refusal& refusal, Units name) {
 
 Units StrictDocument::innermostName() const noexcept {
     return Units(openNames_).subspan(elements_.back().nameStart);
-}
-
-void StrictDocument::pushElement(Units name, const std::optional<ExpandedName>& checkedName) {
-    const auto [uri, localName] = checkedName.value_or(ExpandedName());
-    elements_.push_back(
-        {openNames_.size(), doctype.holdsElementsOnly(name), checkedName.has_value(), localName.size(), uri});
-    openNames_.insert(openNames_.end(), name.begin(), name.end());
 }
 
 void StrictDocument::popElement() {

@@ -59,7 +59,7 @@ public:
     /// Whether text that comes now is the content of an element, with nothing to be said against it but its characters.
     bool takesContent() const noexcept {
         return place == Place::Root && !inSection && !isSuppressed() && announced_.empty()
-               && !isInElementContent();
+               && !hasDueMappings() && !elements_.back().holdsElementsOnly;
     }
 
     void announceMapping(const Refusal& refusal, Units prefix, Units uri);
@@ -68,7 +68,7 @@ public:
     /// Checks a start tag and opens the element. Returns the bindings that no attribute declares.
     using Bindings = std::vector<StrictNamespaces::Binding>;
     Bindings open(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                  const XmlString& qName, StrictAttributeList& list, bool checksTypes);
+                  const XmlString& qName, StrictAttributeList list, bool checksTypes);
     void close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
                const XmlString& qName);
 
@@ -95,15 +95,15 @@ private:
 
     struct OpenElement {
         std::size_t nameStart;
+        std::uint32_t localNameLength; ///< at the end of the name
         bool holdsElementsOnly;
-        bool hasCheckedName;         ///< whether what follows was found right when the element was opened
-        std::size_t localNameLength; ///< at the end of the name
-        Units uri;                   ///< of a binding that lasts as long as the element
+        bool
+            hasCheckedName; ///< whether the local name and what follows were found right when the element was opened
+        Units uri;          ///< of a binding that lasts as long as the element
     };
 
     std::size_t depth() const noexcept { return elements_.size(); }
     Units innermostName() const noexcept;
-    void pushElement(Units name, const std::optional<ExpandedName>& checkedName);
     bool isAsOpened(Units uri, Units localName) const noexcept;
     void popElement();
 
@@ -112,13 +112,12 @@ private:
     [[noreturn]] static void refuseInSection(const Refusal& refusal);
     void checkPlaceOfElement(const Refusal& refusal) const;
     /// Takes the names apart, too.
-    void checkAttributes(const Refusal& refusal, StrictAttributeList& list);
-    void checkDeclaredAttributes(const Refusal& refusal, Units element,
-                                 const StrictAttributeList& list) const;
-    Bindings bindNamespaces(const Refusal& refusal, const StrictAttributeList& list);
+    void checkAttributes(const Refusal& refusal, StrictAttributeList list);
+    void checkDeclaredAttributes(const Refusal& refusal, Units element, StrictAttributeList list) const;
+    Bindings bindNamespaces(const Refusal& refusal, StrictAttributeList list);
     void bind(const Refusal& refusal, Units prefix, Units uri);
     /// Those of the attributes.
-    void checkExpandedNames(const Refusal& refusal, const StrictAttributeList& list);
+    void checkExpandedNames(const Refusal& refusal, StrictAttributeList list);
     /// Returns the namespace that is bound to the prefix; it belongs to the binding.
     Units checkExpandedName(const Refusal& refusal, Units uri, Units localName, Units qName,
                             const QualifiedName& name, bool isAttribute) const;
@@ -126,8 +125,7 @@ private:
 
     const Locator* locator_ = nullptr;
     bool hasExpandedNames_ = false; ///< the root, and so every element
-    StrictNames names_;
-    OwnedUnits openNames_; ///< of the open elements, one behind the other
+    OwnedUnits openNames_;          ///< of the open elements, one behind the other
     std::vector<OpenElement> elements_;
     StrictNamespaces namespaces_;
     PrefixStack<StrictNamespaces::Binding> announced_; ///< by startPrefixMapping, for the next element
@@ -136,6 +134,7 @@ private:
     std::size_t suppressing_ = 0;
     std::vector<Units> sortedNames_; ///< room for a check of one start tag
     std::vector<ExpandedName> sortedExpandedNames_;
+    StrictNames names_;
 };
 
 } // namespace Quillon::Xml::Sax

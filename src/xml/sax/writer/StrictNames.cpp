@@ -11,8 +11,8 @@ namespace {
 /// Whether the first colon of a name parts two names.
 bool doesColonQualify(Units name, std::size_t colon) noexcept {
     const Units localName = name.subspan(colon + 1);
-    return colon != 0 && endOfName(localName.data(), localName.size()) == localName.size() && !localName.empty()
-           && std::find(localName.begin(), localName.end(), ':') == localName.end();
+    return colon != 0 && endOfName(localName.data(), localName.size()) == localName.size()
+           && !localName.empty() && std::find(localName.begin(), localName.end(), ':') == localName.end();
 }
 
 } // namespace

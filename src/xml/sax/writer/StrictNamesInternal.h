@@ -53,15 +53,14 @@ public:
         ++tag_;
         hasRepeated_ = false;
     }
-    void addToTag(Known& attribute) noexcept {
-        hasRepeated_ |= std::exchange(attribute.tag_, tag_) == tag_;
-    }
+    void addToTag(Known& attribute) noexcept { hasRepeated_ |= std::exchange(attribute.tag_, tag_) == tag_; }
     /// Not for certain when it does: names that are not kept are not told apart.
     bool mayTagRepeatAName() const noexcept { return hasRepeated_; }
 
 private:
     Known& placeOf(Units name) noexcept {
-        const std::size_t ends = name.front() + name[name.size() / 2] * std::size_t{5} + name.back() * std::size_t{17};
+        const std::size_t ends =
+            name.front() + name[name.size() / 2] * std::size_t{5} + name.back() * std::size_t{17};
         return known_[(ends + name.size() * 31) % known_.size()];
     }
     Known& keep(Known& place, Units name) noexcept;

@@ -12,10 +12,9 @@ constexpr Units unitsOf(const Utf16Literal<N>& literal) noexcept {
 }
 
 constexpr Utf16Literal kXmlLiteral(u"xml");
-constexpr Utf16Literal kXmlnsLiteral(u"xmlns");
 constexpr Utf16Literal kXmlUriLiteral(u"http://www.w3.org/XML/1998/namespace");
 constexpr Utf16Literal kXmlnsUriLiteral(u"http://www.w3.org/2000/xmlns/");
-constexpr Units kXml = unitsOf(kXmlLiteral), kXmlns = unitsOf(kXmlnsLiteral);
+constexpr Units kXml = unitsOf(kXmlLiteral);
 constexpr Units kXmlUri = unitsOf(kXmlUriLiteral), kXmlnsUri = unitsOf(kXmlnsUriLiteral);
 
 } // namespace
@@ -42,14 +41,6 @@ bool isLegalBinding(Units prefix, Units uri) noexcept {
     if (isSame(prefix, kXmlns) || isSame(uri, kXmlnsUri) || isSame(prefix, kXml) != isSame(uri, kXmlUri))
         return false;
     return prefix.empty() || !uri.empty();
-}
-
-bool isNamespaceDeclaration(const QualifiedName& attributeName) noexcept {
-    return isSame(attributeName.hasColon ? attributeName.prefix : attributeName.localName, kXmlns);
-}
-
-bool isNamespaceOfDeclarations(Units uri) noexcept {
-    return isSame(uri, kXmlnsUri);
 }
 
 } // namespace Quillon::Xml::Sax

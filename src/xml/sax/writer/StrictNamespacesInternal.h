@@ -1,6 +1,7 @@
 #ifndef ZUTARNEX_XML_SAX_WRITER_STRICTNAMESPACESINTERNAL_H
 #define ZUTARNEX_XML_SAX_WRITER_STRICTNAMESPACESINTERNAL_H
 
+#include "xml/Utf16LiteralInternal.h"
 #include "xml/sax/writer/PrefixStackInternal.h"
 #include "xml/sax/writer/StrictRefusalInternal.h"
 
@@ -8,6 +9,9 @@
 #include <utility>
 
 namespace Quillon::Xml::Sax {
+
+inline constexpr Utf16Literal kXmlnsLiteral(u"xmlns");
+inline constexpr Units kXmlns(kXmlnsLiteral.units, 5);
 
 /// Which prefix stands for which namespace in the elements that are open.
 class StrictNamespaces {
@@ -54,9 +58,9 @@ struct QualifiedName {
 };
 
 /// The name of an attribute that is `xmlns` or `xmlns:...`.
-bool isNamespaceDeclaration(const QualifiedName& attributeName) noexcept;
-/// The namespace that such attributes belong to where a reader says so.
-bool isNamespaceOfDeclarations(Units uri) noexcept;
+inline bool isNamespaceDeclaration(const QualifiedName& attributeName) noexcept {
+    return isSame(attributeName.hasColon ? attributeName.prefix : attributeName.localName, kXmlns);
+}
 
 } // namespace Quillon::Xml::Sax
 

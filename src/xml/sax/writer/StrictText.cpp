@@ -60,7 +60,7 @@ void StrictText::putEscaped(Units units, Context context) const {
 }
 
 /// A text that is all one run has been looked at by that; any other one once more.
-void StrictText::checkAndPutContent(const Refusal& refusal, Units units) const {
+void StrictText::checkAndPutContent(Units units, const Refusal& refusal) const {
     const EventOutput::Run run = out_.runOf(units, kCheckedContent, unwritableMaskFor(lastCharacter_));
     if (run.length == units.size())
         return out_.put(run);

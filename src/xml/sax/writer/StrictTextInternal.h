@@ -19,6 +19,10 @@ public:
         if (!units.empty())
             out_.put(units);
     }
+    /// A name that was found right, with what stands before and behind it.
+    void name(std::string_view before, Units name, std::string_view after) const {
+        out_.put(before, name, after);
+    }
     /// With references for what the context or the encoding does not let stand.
     template <Context context>
     void escaped(Units units) const {
@@ -28,14 +32,22 @@ public:
     template <Context context>
     void quoted(Units units) const {
         ascii("\"");
-        escaped<context>(units);
+        quotedRest<context>(units);
+    }
+    /// What comes behind the first quotation mark.
+    template <Context context>
+    void quotedRest(Units units) const {
+        if (out_.putShort<kSet<context>>("", units, "\""))
+            return;
+        putEscaped(units, context);
         ascii("\"");
     }
-    /// The same as escaped content for text that has not been checked: looks at it and puts it in one go. A refusal comes
-    /// before anything is put.
-    void checkedContent(const Refusal& refusal, Units units) const {
+    /// The same as escaped content for text that has not been checked: looks at it and puts it in one go. What is to be
+    /// refused is refused by `refusal()`, before anything is put.
+    template <class MakeRefusal>
+    void checkedContent(Units units, MakeRefusal refusal) const {
         if (!units.empty() && !out_.putShort<kCheckedContent>(units))
-            checkAndPutContent(refusal, units);
+            checkAndPutContent(units, refusal());
     }
     /// In the quotation marks that it does not hold itself.
     void literal(Units units) const;
@@ -64,7 +76,7 @@ private:
     static constexpr EscapeSet kCheckedContent{kFirstPrintable, kLastBeforeSurrogates, "&<>\r"};
 
     void putEscaped(Units units, Context context) const;
-    void checkAndPutContent(const Refusal& refusal, Units units) const;
+    void checkAndPutContent(Units units, const Refusal& refusal) const;
     void reference(char32_t c) const;
     static const char* replacementFor(char32_t c, Context context) noexcept;
 

@@ -73,7 +73,8 @@ void checkMode(const Refusal& refusal, const XmlString& mode, const XmlString& v
 
 /// Runs `body` with a StrictText, all of which is in the stream afterwards.
 template <class Body>
-void writeText(const XmlWriter& writer, const StrictDocument& document, Body&& body) {
+[[gnu::always_inline]] inline void writeText(const XmlWriter& writer, const StrictDocument& document,
+                                             Body&& body) {
     writing(writer, [&](EventOutput& out) { body(StrictText(out, document.lastCharacter)); });
 }
 
@@ -111,6 +112,28 @@ void putTextInElementContent(const Refusal& refusal, const StrictText& text, Str
     text.ascii("<![CDATA[");
     text.section(units, brackets);
     text.ascii("]]>");
+}
+
+/// Text that is refused, in a section, in element content, or not written at all.
+void putUnusualText(const XmlWriter& writer, StrictDocument& document, const unsigned short* ch,
+                    unsigned int start, unsigned int length) {
+    const Refusal refusal = document.enter("characters", After::Layout);
+    const Units units = textOf(refusal, ch, start, length);
+    refusal.unlessText(units, "text");
+    const bool isInside = document.place == Place::Root;
+    const bool isLayout = document.spaceIsLayout && document.place != Place::Doctype && isSpaceOnly(units);
+    if (!isLayout)
+        document.enter("characters");
+    if (!isInside && !isLayout && !units.empty())
+        refusal.character(units.front(), "text outside the root");
+    if (document.isSuppressed())
+        return;
+    writeText(writer, document, [&](const StrictText& text) {
+        if (writer.isCanonical() || isLayout || !document.isInElementContent())
+            putText(text, document, units, writer.isCanonical());
+        else
+            putTextInElementContent(refusal, text, document, units);
+    });
 }
 
 } // namespace
@@ -172,13 +195,12 @@ void StrictWriter::startElement(const XmlString& uri, const XmlString& localName
                                 const Attributes& attributes) {
     const Refusal refusal = document_->enterMarkup("startElement", After::Mapping);
     StrictAttributes fetched(document_->attributeRoom, attributes);
-    StrictAttributeList& list = fetched.list();
+    const StrictAttributeList list = fetched.list();
     const auto added = document_->open(refusal, uri, localName, qName, list, !isCanonical());
     if (document_->isSuppressed())
         return;
     writeText(*this, *document_, [&](const StrictText& text) {
-        text.ascii("<");
-        text.verbatim(unitsOf(qName));
+        text.name("<", unitsOf(qName), "");
         for (const auto& binding : added) {
             text.ascii(binding.prefix.empty() ? " xmlns" : " xmlns:");
             text.verbatim(binding.prefix);
@@ -186,10 +208,8 @@ void StrictWriter::startElement(const XmlString& uri, const XmlString& localName
             text.quoted<Context::AttributeValue>(binding.uri);
         }
         for (const auto& attribute : list) {
-            text.ascii(" ");
-            text.verbatim(attribute.name);
-            text.ascii("=");
-            text.quoted<Context::AttributeValue>(attribute.value);
+            text.name(" ", attribute.qName, "=\"");
+            text.quotedRest<Context::AttributeValue>(attribute.value);
         }
         text.ascii(">");
     });
@@ -199,34 +219,16 @@ void StrictWriter::endElement(const XmlString& uri, const XmlString& localName, 
     document_->close(document_->enterMarkup("endElement"), uri, localName, qName);
     if (document_->isSuppressed())
         return;
-    writeText(*this, *document_, [&](const StrictText& text) {
-        text.ascii("</");
-        text.verbatim(unitsOf(qName));
-        text.ascii(">");
-    });
+    writeText(*this, *document_, [&](const StrictText& text) { text.name("</", unitsOf(qName), ">"); });
 }
 
 void StrictWriter::characters(const unsigned short* ch, unsigned int start, unsigned int length) {
-    const Refusal refusal = document_->enter("characters", After::Layout);
-    const Units units = textOf(refusal, ch, start, length);
-    if (document_->takesContent())
-        return writeText(*this, *document_,
-                         [&](const StrictText& text) { text.checkedContent(refusal, units); });
-    refusal.unlessText(units, "text");
-    const bool isInside = document_->place == Place::Root;
-    const bool isLayout =
-        document_->spaceIsLayout && document_->place != Place::Doctype && isSpaceOnly(units);
-    if (!isLayout)
-        document_->enter("characters");
-    if (!isInside && !isLayout && !units.empty())
-        refusal.character(units.front(), "text outside the root");
-    if (document_->isSuppressed())
-        return;
+    const bool isContent = document_->takesContent() && ch != nullptr;
+    if (!isContent)
+        return putUnusualText(*this, *document_, ch, start, length);
+    const Units units(ch + start, length);
     writeText(*this, *document_, [&](const StrictText& text) {
-        if (isCanonical() || isLayout || !document_->isInElementContent())
-            putText(text, *document_, units, isCanonical());
-        else
-            putTextInElementContent(refusal, text, *document_, units);
+        text.checkedContent(units, [&] { return document_->enter("characters"); });
     });
 }
 

@@ -152,8 +152,9 @@ void putAttributeName(EventOutput& out, Units name) {
 }
 
 void putAttributes(EventOutput& out, const AttributeUnits& list) {
+    AttributeUnits::Entry attribute;
     for (unsigned int i = 0; i < list.length(); ++i) {
-        const AttributeUnits::Entry attribute = list.entry(i);
+        list.read(i, attribute);
         putAttributeName(out, attribute.qName);
         putQuoted(out, attribute.value, XmlWriter::AttributeValue);
     }

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <sstream>
 #include <streambuf>
@@ -840,6 +841,164 @@ TEST_F(StrictWriterTest, EndsAreComparedWithTheNamesThatTheirElementsHave) {
                   [&] { d.stop(u"urn:q", u"a", u"p:a"); });
     d.stop(u"", u"", u"p:a").unmap(u"p").end();
     EXPECT_EQ("<p:a xmlns:p=\"urn:p\"><p:a xmlns:p=\"urn:q\"></p:a></p:a>\n\n", d.body());
+}
+
+/// Where a text is looked at and converted in one go: in registers, by a kernel, in several pieces.
+constexpr std::size_t kTextLengths[] = {1, 3, 4, 7, 8, 16, 17, 32, 33, 100, 4096, 4097, 9000};
+
+TEST_F(StrictWriterTest, NothingOfARefusedTextIsWritten) {
+    for (const std::size_t length : kTextLengths) {
+        for (const std::size_t place : {std::size_t{0}, length / 2, length - 1}) {
+            Driver d;
+            d.document().start(u"a");
+            std::u16string bad(length, u'x');
+            bad[place] = 0xFFFE;
+            expectRefused(d, "characters: U+FFFE cannot stand in text", [&] { d.chars(bad); });
+            if (place != 0)
+                bad[place / 2] = u'<';
+            expectRefused(d, "characters: U+FFFE cannot stand in text", [&] { d.chars(bad); });
+        }
+    }
+}
+
+TEST_F(StrictWriterTest, TextIsTheSameHoweverLongItIs) {
+    const struct {
+        const char16_t* units;
+        const char *utf8, *ascii;
+    } cases[] = {{u"<", "&lt;", "&lt;"},
+                 {u"\r", "&#13;", "&#13;"},
+                 {u"\n\t", "\n\t", "\n\t"},
+                 {u"\u00E9", "\xC3\xA9", "&#xE9;"},
+                 {u"\uE000", "\xEE\x80\x80", "&#xE000;"},
+                 {u"\U0001F600", "\xF0\x9F\x98\x80", "&#x1F600;"}};
+    for (const auto& c : cases) {
+        for (const std::size_t length : kTextLengths) {
+            for (const std::size_t place : {std::size_t{0}, length / 2, length}) {
+                Driver utf8, ascii("US-ASCII");
+                const std::string before(place, 'x'), behind(length - place, 'y');
+                for (Driver* d : {&utf8, &ascii})
+                    d->document().start(u"a").chars(std::u16string(place, u'x') + c.units
+                                                    + std::u16string(length - place, u'y'));
+                EXPECT_EQ("<a>" + before + c.utf8 + behind, utf8.body());
+                EXPECT_EQ("<a>" + before + c.ascii + behind, ascii.body());
+            }
+        }
+    }
+}
+
+TEST_F(StrictWriterTest, ANameThatWasChangedInPlaceIsAnotherName) {
+    Driver d;
+    const auto units = Testing::units(u"name");
+    unsigned short name[4];
+    std::copy_n(units.begin(), 4, name);
+    const XmlString view(Immutable | Borrowed, name, 4), none;
+    AttributesImpl list;
+    list.addAttribute(none, view, view, text(u"CDATA"), text(u"1"));
+    d.document();
+    d.writer.startElement(none, view, view, AttributesImpl());
+    d.writer.startElement(none, view, view, list);
+    name[1] = u'&';
+    expectRefused(d, "startElement: U+0026 cannot stand in an element's name",
+                  [&] { d.writer.startElement(none, view, view, AttributesImpl()); });
+    expectRefused(d, "endElement: the open element is name", [&] { d.writer.endElement(none, view, view); });
+    name[1] = u'o';
+    d.writer.startElement(none, view, view, AttributesImpl());
+    d.writer.endElement(none, view, view);
+    d.stop(u"name").stop(u"name").end();
+    EXPECT_EQ("<name><name name=\"1\"><nome></nome></name></name>\n\n", d.body());
+}
+
+TEST_F(StrictWriterTest, KnownNamesAreLookedUpInTheDeclarationsOfTheirDocument) {
+    Driver d;
+    d.document().start(u"a").chars(u"x").stop(u"a").end();
+    d.document();
+    expectRefused(d, "startElement: nothing cannot be an attribute's name", [&] {
+        d.start(u"a", {{u"", u"", u"", u"1"}}); // its own name is known by now
+    });
+    d.dtd(u"a");
+    d.writer.elementDecl(text(u"a"), text(u"(b)"));
+    d.writer.attributeDecl(text(u"a"), text(u"x"), text(u"NMTOKEN"), text(nullptr), text(u"1"));
+    d.endDtd();
+    expectRefused(d, "startElement: an attribute is missing that has a default, in the element a",
+                  [&] { d.start(u"a"); });
+    d.start(u"a", {{u"", u"x", u"x", u"1", u"NMTOKEN"}}).chars(u" ");
+    EXPECT_TRUE(d.body().ends_with("<a x=\"1\"><![CDATA[ ]]>")) << d.body();
+}
+
+TEST_F(StrictWriterTest, KnownNamesAreCheckedAgainForAnotherEncoding) {
+    Driver d;
+    d.document().start(u"\u00E9").stop(u"\u00E9").end();
+    d.writer.setEncoding("US-ASCII");
+    d.document();
+    expectRefused(d, "startElement: U+00E9 cannot stand in an element's name", [&] { d.start(u"\u00E9"); });
+}
+
+/// More names than any table holds, and some longer than any place in it.
+TEST_F(StrictWriterTest, ARepeatedAttributeIsFoundAmongAny) {
+    const XmlString none, value = text(u"1"), type = text(u"CDATA"), e = text(u"e");
+    const auto name = [](std::size_t number, std::size_t length) {
+        std::u16string result = u"n";
+        for (const char c : std::to_string(number))
+            result.push_back(static_cast<char16_t>(c));
+        return text(result + std::u16string(length, u'x'));
+    };
+    for (const std::size_t length : {0, 5, 20, 40}) {
+        for (const std::size_t count : {1, 2, 9, 130, 1000}) {
+            AttributesImpl list;
+            for (std::size_t i = 0; i < count; ++i)
+                list.addAttribute(none, name(i, length), name(i, length), type, value);
+            Driver d;
+            d.document();
+            for (const std::size_t repeated : {std::size_t{0}, count / 2, count - 1}) {
+                AttributesImpl twice(list);
+                twice.addAttribute(none, name(repeated, length), name(repeated, length), type, value);
+                expectRefused(d, "startElement: twice the attribute " + show(name(repeated, length)),
+                              [&] { d.writer.startElement(none, e, e, twice); });
+            }
+            d.writer.startElement(none, e, e, list);
+        }
+    }
+}
+
+/// A list of the library's own with getters of somebody else's.
+class RenamingAttributes : public AttributesImpl {
+public:
+    XmlString getQName(unsigned int) const override { return text(u"renamed"); }
+    XmlString getLocalName(unsigned int) const override { return text(u"renamed"); }
+    XmlString getValue(unsigned int) const override { return text(u"a&b"); }
+};
+
+TEST_F(StrictWriterTest, AClassDerivedFromTheLibrarysListIsAsked) {
+    RenamingAttributes list;
+    list.addAttribute(XmlString(), text(u"x"), text(u"x"), text(u"CDATA"), text(u"1"));
+    Driver d;
+    d.document();
+    d.writer.startElement(XmlString(), text(u"e"), text(u"e"), list);
+    EXPECT_EQ("<e renamed=\"a&amp;b\">", d.body());
+}
+
+/// A stream may stand in the middle of a text that is written over, so what lies behind its place is not scratch room.
+TEST_F(StrictWriterTest, WhatLiesBehindThePlaceOfTheStreamStays) {
+    const std::string old(6000, '#');
+    for (const std::size_t length : kTextLengths) {
+        if (length > 4097)
+            continue;
+        std::stringstream out(old);
+        StrictWriter writer(out);
+        writer.setEncoding("US-ASCII"); // has no declaration
+        writer.startDocument();
+        writer.startElement(XmlString(), text(u"a"), text(u"a"), AttributesImpl());
+        std::u16string units(length, u'x');
+        units.back() = 1;
+        const XmlString bad = text(units);
+        EXPECT_THROW(writer.characters(bad.data(), 0, bad.size()), SaxException);
+        EXPECT_EQ("<a>" + old.substr(3), out.str());
+        units.back() = u'<';
+        const XmlString good = text(units);
+        writer.characters(good.data(), 0, good.size());
+        const std::string written = "<a>" + std::string(length - 1, 'x') + "&lt;";
+        EXPECT_EQ(written + old.substr(written.size()), out.str());
+    }
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <functional>
 #include <iostream>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -439,6 +440,37 @@ TEST_F(XmlWriterTest, ListMayGrowWhileItIsWritten) {
     } growing;
     writer.writeStartTag(text(u"e"), growing);
     EXPECT_EQ("<e a=\"v\" a=\"v\" a=\"v\">", written());
+}
+
+TEST_F(XmlWriterTest, ClassDerivedFromTheLibrarysListIsAsked) {
+    struct Renaming : AttributesImpl {
+        XmlString getQName(unsigned int) const override { return text(u"renamed"); }
+        XmlString getValue(unsigned int) const override { return text(u"a&b"); }
+    } renaming;
+    renaming.addAttribute(text(u""), text(u"x"), text(u"x"), text(u"CDATA"), text(u"1"));
+    writer.writeStartTag(text(u"e"), renaming);
+    EXPECT_EQ("<e renamed=\"a&amp;b\">", written());
+}
+
+/// What lies behind the place of a stream may be a text that is written over: it is not scratch room.
+TEST_F(XmlWriterTest, WhatLiesBehindThePlaceOfTheStreamStays) {
+    const std::string old(6000, '#');
+    for (const std::size_t length : {1, 3, 4, 8, 20, 32, 33, 100, 4096, 4097}) {
+        std::stringstream stream(old);
+        XmlWriter over(stream);
+        over.writeStartTag(text(u"a"), AttributesImpl());
+        std::u16string units(length, u'x');
+        units.back() = 1;
+        const XmlString bad = text(units);
+        EXPECT_THROW(over.escapeChars(bad.data(), 0, bad.size(), XmlWriter::CharacterData),
+                     IllegalCharacterException);
+        EXPECT_EQ("<a>" + old.substr(3), stream.str());
+        units.back() = u'<';
+        const XmlString good = text(units);
+        over.characters(good.data(), 0, good.size());
+        const std::string now = "<a>" + std::string(length - 1, 'x') + "&lt;";
+        EXPECT_EQ(now + old.substr(now.size()), stream.str());
+    }
 }
 
 TEST_F(XmlWriterTest, StartElementEndsTheDoctype) {
