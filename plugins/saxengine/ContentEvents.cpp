@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace Quillon::SaxEngine {
 
@@ -29,10 +30,18 @@ bool isWhiteSpace(UnitSpan units) {
     });
 }
 
-std::size_t blanksAtBegin(UnitSpan units) {
-    std::size_t count = 0;
+/// How much of what follows a piece of text Expat will tell as text: up to the next markup, or at least to the end of a
+/// line.
+std::uint32_t textAtBegin(UnitSpan units) {
+    std::uint32_t count = 0;
     while (count != units.size && (units.data[count] == u' ' || units.data[count] == u'\t'))
         ++count;
+    if (count != units.size && units.data[count] == u'<')
+        return count; // the indentation of a tag, or nothing: mostly it is one of these
+    count += static_cast<std::uint32_t>(Runtime::lengthOfPlainText(units.data + count, units.size - count));
+    const bool endsAtMarkup = count != units.size && (units.data[count] == u'<' || units.data[count] == u'&');
+    while (!endsAtMarkup && count != 0 && units.data[count - 1] != u'\n')
+        --count; // Expat may go on with the line
     return count;
 }
 
@@ -239,43 +248,32 @@ inline void ContentEvents::deliver(UnitSpan units) {
 }
 
 void ContentEvents::text(UnitSpan units) {
-    if (deliveredAhead_ != 0) {
-        const std::size_t count = std::min<std::size_t>(deliveredAhead_, units.size);
-        deliveredAhead_ -= count;
-        units = units.from(static_cast<std::uint32_t>(count));
+    if (units.size <= deliveredAhead_) {
+        deliveredAhead_ -= units.size;
+        return;
     }
-    const bool isWhole =
-        heldSurrogate_ == 0 && units.size != 0 && !isHighSurrogate(units.data[units.size - 1]);
-    if (isWhole)
+    units = units.from(std::exchange(deliveredAhead_, 0));
+    if (heldSurrogate_ == 0 && !isHighSurrogate(units.data[units.size - 1]))
         deliver(withLinesBehind(units));
-    else if (units.size != 0)
+    else
         textWithHalfPair(units);
 }
 
-/// Expat tells of text line by line, and of each line end alone. What follows in its buffer, up to the next markup, goes
-/// to the handler together with the first of it. Where lines have to be told apart, or where the text is not in the
-/// buffer, it stays at what Expat tells.
+/// Expat tells of text line by line, and of each line end alone. What follows in its buffer goes to the handler together
+/// with the first of it. Where lines have to be told apart, or where the text is not in the buffer, it stays at what
+/// Expat tells.
 UnitSpan ContentEvents::withLinesBehind(UnitSpan units) {
-    const XML_Char* const begin = isContentOfElements_ ? nullptr : placeInChunk(units);
+    const UnitSpan chunk = context_.entity->chunk();
+    const XML_Char* const begin = isContentOfElements_ ? nullptr : placeIn(chunk, units);
     if (!begin)
         return units;
-    const UnitSpan chunk = context_.entity->chunk();
-    const UnitSpan behind(begin + units.size, static_cast<std::size_t>(chunk.end() - begin) - units.size);
-    std::size_t count = blanksAtBegin(behind); // often the indentation of the next tag
-    if (count == behind.size || behind.data[count] != u'<')
-        count += Runtime::lengthOfPlainText(behind.data + count, behind.size - count);
-    const bool endsAtMarkup =
-        count != behind.size && (behind.data[count] == u'<' || behind.data[count] == u'&');
-    if (!endsAtMarkup) // Expat may go on to the end of the line
-        while (count != 0 && behind.data[count - 1] != u'\n')
-            --count;
-    deliveredAhead_ = count;
-    return {begin, units.size + count};
+    const UnitSpan behind = chunk.from(static_cast<std::uint32_t>(begin - chunk.begin()) + units.size);
+    deliveredAhead_ = textAtBegin(behind);
+    return {begin, units.size + deliveredAhead_};
 }
 
 /// Where the text stands in the chunk that Expat has got; null where it does not, as that of an entity.
-const XML_Char* ContentEvents::placeInChunk(UnitSpan units) const {
-    const UnitSpan chunk = context_.entity->chunk();
+const XML_Char* ContentEvents::placeIn(UnitSpan chunk, UnitSpan units) const {
     const auto isInChunk = [&](const XML_Char* place) {
         return std::less_equal<>()(chunk.begin(), place) && std::less<>()(place, chunk.end());
     };

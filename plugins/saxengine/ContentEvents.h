@@ -56,7 +56,7 @@ private:
     void closeElement();
     [[noreturn]] void failHeldSurrogate();
     UnitSpan withLinesBehind(UnitSpan units);
-    const XML_Char* placeInChunk(UnitSpan units) const;
+    const XML_Char* placeIn(UnitSpan chunk, UnitSpan units) const;
     void deliver(UnitSpan units);
     void textWithHalfPair(UnitSpan units);
     void joinPair(UnitSpan& units);
@@ -73,8 +73,8 @@ private:
     Location emptyTagStart_;
     bool isContentOfElements_ = false; ///< white space here may be ignored
     bool inCdata_ = false;
-    std::size_t deliveredAhead_ = 0; ///< units that Expat will tell of next
-    XML_Char heldSurrogate_ = 0;     ///< 0: none
+    std::uint32_t deliveredAhead_ = 0; ///< units that Expat will tell of next
+    XML_Char heldSurrogate_ = 0;       ///< 0: none
     Location heldPlace_;
 };
 
