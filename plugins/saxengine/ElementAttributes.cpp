@@ -19,7 +19,7 @@ constexpr XML_Char kRoom[kLongestKept] = {};
 } // namespace
 
 ElementAttributes::ElementAttributes(const Vocabulary& words)
-    : words_(words), list_(Xml::Sax::listOf(*this)) {}
+    : words_(words), list_(Xml::Sax::attributesFrom(*this)) {}
 ElementAttributes::~ElementAttributes() = default;
 
 /// The value as a string. Its block is the last one's when that is free and large enough.

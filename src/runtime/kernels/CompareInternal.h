@@ -32,10 +32,9 @@ inline bool areUnitsSame(const unsigned short* left, const unsigned short* right
         return areEightSame(left, right) && areEightSame(left + count - 8, right + count - 8);
     if (count >= 4)
         return areFourSame(left, right) && areFourSame(left + count - 4, right + count - 4);
-    for (std::size_t i = 0; i < count; ++i)
-        if (left[i] != right[i])
-            return false;
-    return true;
+    return count == 0
+           || (left[0] == right[0] && left[count / 2] == right[count / 2]
+               && left[count - 1] == right[count - 1]);
 }
 
 } // namespace Quillon::Runtime::Kernels

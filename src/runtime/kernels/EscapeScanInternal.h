@@ -85,10 +85,10 @@ inline unsigned int stopsIn(__m128i bytes) noexcept {
     };
     const __m128i isKept =
         areUnit<kKept('\t')>(bytes) | areUnit<kKept('\n')>(bytes) | areUnit<kKept('\r')>(bytes);
+    constexpr auto kBehindControls = [](unsigned int mark) { return mark < set.controlLimit ? 0 : mark; };
     const __m128i isMark = [&]<std::size_t... i>(std::index_sequence<i...>) {
-        return (areUnit<set.marks[i]>(bytes) | ...);
-    }
-    (std::make_index_sequence<EscapeSet::Marks().size()>());
+        return (areUnit<kBehindControls(set.marks[i])>(bytes) | ...);
+    }(std::make_index_sequence<EscapeSet::Marks().size()>());
     // With a sign, the bytes from 0x80 are the lowest.
     const __m128i isLow = _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(set.controlLimit)));
     return static_cast<unsigned int>(_mm_movemask_epi8(_mm_andnot_si128(isKept, isLow) | isMark));
@@ -128,12 +128,15 @@ inline bool copyShort(const unsigned short* text, std::size_t count, char* out) 
         const int first = _mm_cvtsi128_si32(bytes), last = _mm_cvtsi128_si32(_mm_srli_epi64(bytes, 32));
         std::memcpy(out, &first, sizeof first);
         std::memcpy(out + count - 4, &last, sizeof last);
-    } else {
-        for (std::size_t i = 0; i < count; ++i)
-            if (text[i] >= 0x80 || set.holds(text[i]))
-                return false;
-        for (std::size_t i = 0; i < count; ++i)
-            out[i] = static_cast<char>(text[i]);
+    } else if (count != 0) {
+        const std::size_t middle = count / 2, end = count - 1;
+        const unsigned int units[] = {text[0], text[middle], text[end]};
+        const bool isAscii = (units[0] | units[1] | units[2]) < 0x80;
+        if (!isAscii || set.holds(units[0]) || set.holds(units[1]) || set.holds(units[2]))
+            return false;
+        out[0] = static_cast<char>(units[0]);
+        out[middle] = static_cast<char>(units[1]);
+        out[end] = static_cast<char>(units[2]);
     }
     return true;
 }

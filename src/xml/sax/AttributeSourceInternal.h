@@ -28,7 +28,7 @@ protected:
     ~AttributeUnits() = default;
 };
 
-/// What a reader knows of the attributes of the element that it reports. listOf() makes the list of it that handlers
+/// What a reader knows of the attributes of the element that it reports. attributesFrom() makes the list of it that handlers
 /// get; such a list runs nobody else's code.
 class AttributeSource : public AttributeUnits {
 public:
@@ -51,7 +51,7 @@ protected:
 ///
 /// Ownership: `source` is not taken; it must stay alive as long as the list.
 /// Throws:    std::bad_alloc.
-ZUTARNEX_API std::unique_ptr<Attributes2> listOf(const AttributeSource& source);
+ZUTARNEX_API std::unique_ptr<Attributes2> attributesFrom(const AttributeSource& source);
 
 } // namespace Quillon::Xml::Sax
 

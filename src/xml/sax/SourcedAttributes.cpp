@@ -23,7 +23,7 @@ unsigned int foundOr(int index, const unsigned short* whatIsMissing) {
 
 } // namespace
 
-std::unique_ptr<Attributes2> listOf(const AttributeSource& source) {
+std::unique_ptr<Attributes2> attributesFrom(const AttributeSource& source) {
     return std::make_unique<SourcedAttributes>(source);
 }
 

@@ -5,7 +5,7 @@
 
 namespace Quillon::Xml::Sax {
 
-/// The list that listOf() makes. It answers as Attributes2Impl does, in the same words.
+/// The list that attributesFrom() makes. It answers as Attributes2Impl does, in the same words.
 class SourcedAttributes final : public Attributes2 {
 public:
     explicit SourcedAttributes(const AttributeSource& source) : source_(source) {}

@@ -102,7 +102,7 @@ TEST_F(SourcedAttributesTest, AnswersAsTheImplementationDoes) {
         }
     }
     const TwoAttributes source;
-    const std::unique_ptr<Attributes2> list = listOf(source);
+    const std::unique_ptr<Attributes2> list = attributesFrom(source);
     const Attributes2Impl expected = model();
     for (std::size_t i = 0; i < questions.size(); ++i)
         EXPECT_EQ(answerOf([&] { return questions[i](expected); }),
@@ -113,7 +113,7 @@ TEST_F(SourcedAttributesTest, AnswersAsTheImplementationDoes) {
 /// The writers look at the units; only who asks for a string has one made.
 TEST_F(SourcedAttributesTest, WritersAskForNoString) {
     const TwoAttributes source;
-    const std::unique_ptr<Attributes2> list = listOf(source);
+    const std::unique_ptr<Attributes2> list = attributesFrom(source);
     std::ostringstream plainText, strictText;
     XmlWriter plain(plainText);
     plain.writeStartTag(text(u"e"), *list);

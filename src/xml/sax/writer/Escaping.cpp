@@ -63,19 +63,19 @@ constexpr EscapeSet kEntityValue = setOf("\n\"'"), kAttributeValue = setOf("\n\"
 constexpr EscapeSet kSets[] = {kEntityValue, kAttributeValue, kCharacterData, kUnescapedText};
 constexpr EscapeSet kCanonicalSets[] = {setOf("\n\""), setOf("\n\"&<>"), kCharacterData, kUnescapedText};
 
-/// The same in canonical mode, which keeps more.
-bool putShort(EventOutput& out, Units text, XmlWriter::EscapeContext context) {
+/// EventOutput::putShort for a context. Canonical mode would keep more.
+bool putShort(EventOutput& out, Units text, XmlWriter::EscapeContext context, std::string_view after) {
     switch (context) {
     case XmlWriter::EntityValue:
-        return out.putShort<kEntityValue>(text);
+        return out.putShort<kEntityValue>("", text, after);
     case XmlWriter::AttributeValue:
-        return out.putShort<kAttributeValue>(text);
+        return out.putShort<kAttributeValue>("", text, after);
     case XmlWriter::CharacterData:
-        return out.putShort<kCharacterData>(text);
+        return out.putShort<kCharacterData>("", text, after);
     case XmlWriter::UnescapedText:
         break;
     }
-    return out.putShort<kUnescapedText>(text);
+    return out.putShort<kUnescapedText>("", text, after);
 }
 
 void putEntity(EventOutput& out, std::string_view name) {
@@ -115,7 +115,7 @@ void putEscaped(EventOutput& out, Units text, XmlWriter::EscapeContext context) 
         out.put('\n');
         text = text.subspan(1);
     }
-    if (text.empty() || putShort(out, text, context))
+    if (text.empty() || putShort(out, text, context, ""))
         return;
     const EscapeRules rules{context, out.unwritableMask(), out.isCanonical()};
     const EscapeSet& set = (rules.canonical ? kCanonicalSets : kSets)[context];
@@ -135,6 +135,12 @@ void putEscaped(EventOutput& out, Units text, XmlWriter::EscapeContext context) 
 
 void putQuoted(EventOutput& out, Units text, XmlWriter::EscapeContext context) {
     out.put('"');
+    putQuotedRest(out, text, context);
+}
+
+void putQuotedRest(EventOutput& out, Units text, XmlWriter::EscapeContext context) {
+    if (putShort(out, text, context, "\""))
+        return;
     putEscaped(out, text, context);
     out.put('"');
 }

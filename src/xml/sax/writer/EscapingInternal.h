@@ -13,6 +13,8 @@ void putEscaped(EventOutput& out, Units text, XmlWriter::EscapeContext context);
 
 /// The same between quotation marks.
 void putQuoted(EventOutput& out, Units text, XmlWriter::EscapeContext context);
+/// What comes behind the first of them.
+void putQuotedRest(EventOutput& out, Units text, XmlWriter::EscapeContext context);
 
 } // namespace Quillon::Xml::Sax
 

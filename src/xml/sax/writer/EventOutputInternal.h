@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <ostream>
 #include <streambuf>
 #include <string_view>
@@ -44,7 +45,8 @@ class PutArea : private std::streambuf {
 public:
     static char* next(const std::streambuf& buffer) { return (buffer.*&PutArea::pptr)(); }
     static char* end(const std::streambuf& buffer) { return (buffer.*&PutArea::epptr)(); }
-    /// Makes the next `byteCount` bytes part of what was written.
+    /// Makes the next `byteCount` bytes part of what was written. REQUIRES: no more than kMostTaken.
+    static constexpr std::ptrdiff_t kMostTaken = std::numeric_limits<int>::max();
     static void take(std::streambuf& buffer, std::ptrdiff_t byteCount) {
         (buffer.*&PutArea::pbump)(static_cast<int>(byteCount));
     }
@@ -203,12 +205,12 @@ private:
     }
     void usePutArea(std::streambuf& buffer) {
         char* const next = PutArea::next(buffer);
-        char* const end = PutArea::end(buffer);
-        if (next == end)
+        const std::ptrdiff_t size = PutArea::end(buffer) - next;
+        if (size == 0)
             return;
         putArea_ = &buffer;
         end_ = next;
-        limit_ = end;
+        limit_ = next + std::min(size, PutArea::kMostTaken);
     }
     void takeInPutArea() {
         PutArea::take(*putArea_, end_ - PutArea::next(*putArea_));

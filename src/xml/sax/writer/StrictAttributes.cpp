@@ -4,7 +4,9 @@
 
 namespace Quillon::Xml::Sax {
 
-StrictAttributes::StrictAttributes(StrictAttributeRoom& room, const Attributes& attributes) : lent_(room) {
+// The delegation makes the object complete before somebody else's list is asked, so that a failure gives the room back.
+StrictAttributes::StrictAttributes(StrictAttributeRoom& room, const Attributes& attributes)
+    : StrictAttributes(room) {
     const AttributesReading reading(attributes);
     if (reading.units() != nullptr)
         read(*reading.units());
@@ -12,28 +14,21 @@ StrictAttributes::StrictAttributes(StrictAttributeRoom& room, const Attributes& 
         fetch(attributes);
 }
 
-/// A list that has not needed the room has left it where it was.
-StrictAttributes::~StrictAttributes() {
-    if (list_.empty())
-        return;
-    own_.entries.swap(lent_.entries);
-    own_.strings.clear();
-    own_.strings.swap(lent_.strings);
-}
-
-void StrictAttributes::borrow(std::size_t count) {
-    own_.entries.swap(lent_.entries);
-    own_.strings.swap(lent_.strings);
-    if (own_.entries.size() < count)
-        own_.entries.resize(count);
-    list_ = StrictAttributeList(own_.entries).first(count);
+/// REQUIRES: count != 0.
+void StrictAttributes::take(std::size_t count) {
+    if (room_->isTaken)
+        room_ = &other_;
+    if (room_->entries.size() < count)
+        room_->entries.resize(count);
+    room_->isTaken = true;
+    list_ = StrictAttributeList(room_->entries).first(count);
 }
 
 void StrictAttributes::read(const AttributeUnits& attributes) {
     const unsigned int count = attributes.length();
     if (count == 0)
         return;
-    borrow(count);
+    take(count);
     for (unsigned int i = 0; i < count; ++i) {
         attributes.read(i, list_[i]);
         list_[i].type = attributes.type(i);
@@ -46,9 +41,9 @@ void StrictAttributes::fetch(const Attributes& attributes) {
     const unsigned int count = attributes.getLength();
     if (count == 0)
         return;
-    borrow(count);
-    own_.strings.reserve(count * kFields);
-    const auto kept = [&](const XmlString& string) { return unitsOf(own_.strings.emplace_back(string)); };
+    take(count);
+    room_->strings.reserve(count * kFields);
+    const auto kept = [&](const XmlString& string) { return unitsOf(room_->strings.emplace_back(string)); };
     for (unsigned int i = 0; i < count; ++i) {
         StrictAttribute& attribute = list_[i];
         attribute.uri = kept(attributes.getURI(i));

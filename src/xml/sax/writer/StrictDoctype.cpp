@@ -42,9 +42,7 @@ void StrictDoctype::declareElement(Units element, bool holdsElementsOnly) {
     elements_.emplace(copyOf(element), holdsElementsOnly);
 }
 
-bool StrictDoctype::holdsElementsOnly(Units element) const {
-    if (elements_.empty())
-        return false;
+bool StrictDoctype::isDeclaredToHoldElementsOnly(Units element) const {
     const auto found = elements_.find(element);
     return found != elements_.end() && found->second;
 }
@@ -54,9 +52,7 @@ bool StrictDoctype::declareAttribute(Units element, Units attribute, Units type,
     return attributes.emplace(copyOf(attribute), Attribute{listedType(type), hasDefault}).second;
 }
 
-const StrictDoctype::Attributes* StrictDoctype::attributesOf(Units element) const {
-    if (attributes_.empty())
-        return nullptr;
+const StrictDoctype::Attributes* StrictDoctype::declaredAttributesOf(Units element) const {
     const auto found = attributes_.find(element);
     return found == attributes_.end() ? nullptr : &found->second;
 }

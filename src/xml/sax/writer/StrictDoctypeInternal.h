@@ -30,16 +30,23 @@ public:
 
     /// Later declarations of the same element change nothing.
     void declareElement(Units element, bool holdsElementsOnly);
-    bool holdsElementsOnly(Units element) const;
+    bool holdsElementsOnly(Units element) const {
+        return !elements_.empty() && isDeclaredToHoldElementsOnly(element);
+    }
 
     /// False when it is declared already: as with entities.
     bool declareAttribute(Units element, Units attribute, Units type, bool hasDefault);
     /// Null when the element has none declared.
-    const Attributes* attributesOf(Units element) const;
+    const Attributes* attributesOf(Units element) const {
+        return attributes_.empty() ? nullptr : declaredAttributesOf(element);
+    }
 
     bool hasExternalSubset = false;
 
 private:
+    bool isDeclaredToHoldElementsOnly(Units element) const;
+    const Attributes* declaredAttributesOf(Units element) const;
+
     std::map<OwnedUnits, EntityKind, IsLess> entities_;
     std::map<OwnedUnits, bool, IsLess> elements_; ///< whether they hold elements only
     std::map<OwnedUnits, Attributes, IsLess> attributes_;

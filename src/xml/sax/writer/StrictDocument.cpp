@@ -88,64 +88,118 @@ void StrictDocument::checkPlaceOfElement(const Refusal& refusal) const {
         refusal.because("inside the document type");
 }
 
-StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const XmlString& uri,
-                                              const XmlString& localName, const XmlString& qName,
-                                              StrictAttributeList list, bool checksTypes) {
-    checkPlaceOfElement(refusal);
-    const Units name = unitsOf(qName);
-    const bool holdsElementsOnly = doctype.holdsElementsOnly(name);
-    Bindings added;
-    Units boundUri;
-    std::size_t localNameLength = 0;
-    bool hasCheckedName = false;
-    const bool hasExpandedNames = !announced_.empty() || !unitsOf(uri).empty() || !unitsOf(localName).empty();
-    if (!isSuppressed()) {
-        const QualifiedName parts = names_.check(refusal, name, kElementName).parts(name);
-        if (depth() != 0 && hasExpandedNames != hasExpandedNames_)
-            refusal.because("the root and this element do not both have expanded names:", name);
-        checkAttributes(refusal, list);
-        if (checksTypes)
-            checkDeclaredAttributes(refusal, name, list);
-        try {
-            if (hasExpandedNames) { // else the events come from a reader that does not process namespaces
-                added = bindNamespaces(refusal, list);
-                boundUri = checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name, parts, false);
-                localNameLength = parts.localName.size();
-                hasCheckedName = true;
-                checkExpandedNames(refusal, list);
-            }
-        } catch (...) {
-            namespaces_.leave(depth());
-            throw;
-        }
+bool StrictDocument::isExpandedAs(const QualifiedName& name, const std::optional<Units>& bound, Units uri,
+                                  Units localName) noexcept {
+    return bound && name.qualifies && isSame(*bound, uri) && isSame(name.localName, localName);
+}
+
+bool StrictDocument::areAttributesPlain(StrictAttributeList list, bool isExpanded, bool checksTypes) {
+    bool hasPrefix = false;
+    names_.beginTag();
+    for (const StrictAttribute& attribute : list) {
+        StrictNames::Known* const known = names_.find(attribute.qName);
+        if (known == nullptr || !names_.addToTag(*known) || !Refusal::isPlainText(attribute.value)
+            || (checksTypes && !isSame(attribute.type, kCdata)))
+            return false;
+        if (!isExpanded)
+            continue;
+        const QualifiedName parts = known->parts(attribute.qName);
+        if (isNamespaceDeclaration(parts) || (parts.hasColon && std::exchange(hasPrefix, true)))
+            return false; // two with prefixes may be one and the same
+        const std::optional<Units> bound = parts.hasColon ? namespaces_.uriOf(parts.prefix) : Units();
+        if (!isExpandedAs(parts, bound, attribute.uri, attribute.localName))
+            return false;
     }
+    return true;
+}
+
+/// Whether a tag is of the kind that most are: its names are known, it brings no namespace, and nothing can be said
+/// against it. Any other is looked at step by step.
+bool StrictDocument::isPlainTag(const ElementName& name, StrictAttributeList list, bool checksTypes,
+                                CheckedName& checked) {
+    const bool isExpanded = hasExpandedNames(name);
+    if (!announced_.empty() || (depth() != 0 && isExpanded != hasExpandedNames_))
+        return false;
+    const StrictNames::Known* const known = names_.find(name.qName);
+    if (known == nullptr || (checksTypes && doctype.attributesOf(name.qName) != nullptr))
+        return false;
+    if (isExpanded) {
+        const QualifiedName parts = known->parts(name.qName);
+        const std::optional<Units> bound = namespaces_.uriOf(parts.prefix);
+        if (!isExpandedAs(parts, bound, name.uri, name.localName))
+            return false;
+        checked.uri = *bound;
+        checked.localNameLength = static_cast<std::uint32_t>(parts.localName.size());
+        checked.isChecked = true;
+    }
+    return list.empty() || areAttributesPlain(list, isExpanded, checksTypes);
+}
+
+StrictDocument::Bindings StrictDocument::checkTag(const Refusal& refusal, const ElementName& name,
+                                                  StrictAttributeList list, bool checksTypes,
+                                                  CheckedName& checked) {
+    const bool isExpanded = hasExpandedNames(name);
+    const QualifiedName parts = names_.check(refusal, name.qName, kElementName).parts(name.qName);
+    if (depth() != 0 && isExpanded != hasExpandedNames_)
+        refusal.because("the root and this element do not both have expanded names:", name.qName);
+    checkAttributes(refusal, list);
+    if (checksTypes)
+        checkDeclaredAttributes(refusal, name.qName, list);
+    if (!isExpanded) // the events come from a reader that does not process namespaces
+        return Bindings();
+    try {
+        Bindings added = bindNamespaces(refusal, list);
+        checked.uri = checkExpandedName(refusal, name.uri, name.localName, name.qName, parts, false);
+        checked.localNameLength = static_cast<std::uint32_t>(parts.localName.size());
+        checked.isChecked = true;
+        checkExpandedNames(refusal, list);
+        return added;
+    } catch (...) {
+        namespaces_.leave(depth());
+        throw;
+    }
+}
+
+void StrictDocument::push(const ElementName& name, const CheckedName& checked) {
     if (depth() == 0)
-        hasExpandedNames_ = hasExpandedNames;
+        hasExpandedNames_ = hasExpandedNames(name);
     OpenElement& element = elements_.emplace_back();
     element.nameStart = openNames_.size();
-    element.localNameLength = static_cast<std::uint32_t>(localNameLength);
-    element.holdsElementsOnly = holdsElementsOnly;
-    element.hasCheckedName = hasCheckedName;
-    element.uri = boundUri;
-    openNames_.insert(openNames_.end(), name.begin(), name.end());
+    element.holdsElementsOnly = doctype.holdsElementsOnly(name.qName);
+    element.name = checked;
+    openNames_.insert(openNames_.end(), name.qName.begin(), name.qName.end());
+    if (announced_.empty())
+        return;
     for (const auto& node : announced_.nodes())
         mapped_.push({node.entry.prefix, depth()});
     announced_.clear();
+}
+
+StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const ElementName& name,
+                                              StrictAttributeList list, bool checksTypes) {
+    checkPlaceOfElement(refusal);
+    Bindings added;
+    CheckedName checked; // stays in registers, so nobody else gets its address
+    if (!isSuppressed() && !isPlainTag(name, list, checksTypes, checked)) {
+        CheckedName result;
+        added = checkTag(refusal, name, list, checksTypes, result);
+        checked = result;
+    }
+    push(name, checked);
     place = Place::Root;
     return added;
 }
 
 void StrictDocument::checkAttributes(const Refusal& refusal, StrictAttributeList list) {
-    if (list.empty())
-        return;
+    bool mayRepeat = false;
     names_.beginTag();
     for (StrictAttribute& attribute : list) {
         StrictNames::Known& name = names_.check(refusal, attribute.qName, "an attribute's name");
-        names_.addToTag(name);
+        mayRepeat |= !names_.addToTag(name);
         attribute.parts = name.parts(attribute.qName);
         refusal.unlessText(attribute.value, "the value of an attribute");
     }
-    if (!names_.mayTagRepeatAName())
+    if (!mayRepeat)
         return;
     sortedNames_.clear();
     for (const StrictAttribute& attribute : list)
@@ -159,8 +213,6 @@ void StrictDocument::checkAttributes(const Refusal& refusal, StrictAttributeList
 void StrictDocument::checkDeclaredAttributes(const Refusal& refusal, Units element,
                                              StrictAttributeList list) const {
     const StrictDoctype::Attributes* declared = doctype.attributesOf(element);
-    if (!declared && list.empty())
-        return;
     std::size_t defaultsLeft = 0;
     if (declared)
         defaultsLeft = static_cast<std::size_t>(std::count_if(
@@ -195,8 +247,6 @@ StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal, 
             bind(refusal, name.hasColon ? name.localName : Units(), attribute.value);
     }
     Bindings added;
-    if (announced_.empty())
-        return added;
     for (const auto& node : announced_.nodes()) {
         const StrictNamespaces::Binding& mapping = node.entry;
         const StrictNamespaces::Binding* brought = namespaces_.broughtAt(depth() + 1, mapping.prefix);
@@ -211,8 +261,6 @@ StrictDocument::Bindings StrictDocument::bindNamespaces(const Refusal& refusal, 
 }
 
 void StrictDocument::checkExpandedNames(const Refusal& refusal, StrictAttributeList list) {
-    if (list.empty())
-        return;
     auto& names = sortedExpandedNames_; // of those in a namespace
     names.clear();
     for (const StrictAttribute& attribute : list) {
@@ -257,25 +305,23 @@ Units StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units
 }
 
 /// Whether the innermost element was opened with the same expanded name, which was right and so still is.
-bool StrictDocument::isAsOpened(Units uri, Units localName) const noexcept {
-    const OpenElement& element = elements_.back();
-    return element.hasCheckedName && isSame(element.uri, uri)
-           && isSame(innermostName().last(element.localNameLength), localName);
+bool StrictDocument::isAsOpened(const ElementName& name) const noexcept {
+    const CheckedName& opened = elements_.back().name;
+    return opened.isChecked && isSame(opened.uri, name.uri)
+           && isSame(innermostName().last(opened.localNameLength), name.localName);
 }
 
-void StrictDocument::close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                           const XmlString& qName) {
+void StrictDocument::close(const Refusal& refusal, const ElementName& name) {
     if (place != Place::Root)
         refusal.because("no element is open");
     if (!entities_.empty() && depth() == entities_.back().depth)
         refusal.because("the element began outside the entity", entities_.back().name);
-    const Units name = unitsOf(qName);
-    if (!isSame(name, innermostName()))
+    if (!isSame(name.qName, innermostName()))
         refusal.because("the open element is", innermostName());
-    const bool isPlain = unitsOf(uri).empty() && unitsOf(localName).empty();
-    if (!isPlain && !isSuppressed() && !isAsOpened(unitsOf(uri), unitsOf(localName)))
-        checkExpandedName(refusal, unitsOf(uri), unitsOf(localName), name,
-                          names_.check(refusal, name, kElementName).parts(name), false);
+    const bool isExpanded = !name.uri.empty() || !name.localName.empty();
+    if (isExpanded && !isSuppressed() && !isAsOpened(name))
+        checkExpandedName(refusal, name.uri, name.localName, name.qName,
+                          names_.check(refusal, name.qName, kElementName).parts(name.qName), false);
     popElement();
     namespaces_.leave(depth());
     if (depth() == 0)

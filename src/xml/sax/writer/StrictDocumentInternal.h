@@ -65,12 +65,15 @@ public:
     void announceMapping(const Refusal& refusal, Units prefix, Units uri);
     void endMapping(const Refusal& refusal, Units prefix);
 
+    /// The name of an element as its events bring it.
+    struct ElementName {
+        Units uri, localName, qName;
+    };
     /// Checks a start tag and opens the element. Returns the bindings that no attribute declares.
     using Bindings = std::vector<StrictNamespaces::Binding>;
-    Bindings open(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-                  const XmlString& qName, StrictAttributeList list, bool checksTypes);
-    void close(const Refusal& refusal, const XmlString& uri, const XmlString& localName,
-               const XmlString& qName);
+    Bindings open(const Refusal& refusal, const ElementName& name, StrictAttributeList list,
+                  bool checksTypes);
+    void close(const Refusal& refusal, const ElementName& name);
 
     /// `suppresses`: the content is not written.
     void openEntity(Units name, bool suppresses);
@@ -93,24 +96,41 @@ private:
 
     using ExpandedName = std::pair<Units, Units>; ///< namespace, local name
 
+    /// What was found right of an expanded name when its element was opened.
+    struct CheckedName {
+        Units uri;                         ///< of a binding that lasts as long as the element
+        std::uint32_t localNameLength = 0; ///< at the end of the name
+        bool isChecked = false;
+    };
     struct OpenElement {
         std::size_t nameStart;
-        std::uint32_t localNameLength; ///< at the end of the name
+        CheckedName name;
         bool holdsElementsOnly;
-        bool
-            hasCheckedName; ///< whether the local name and what follows were found right when the element was opened
-        Units uri;          ///< of a binding that lasts as long as the element
     };
 
     std::size_t depth() const noexcept { return elements_.size(); }
     Units innermostName() const noexcept;
-    bool isAsOpened(Units uri, Units localName) const noexcept;
+    bool isAsOpened(const ElementName& name) const noexcept;
     void popElement();
 
     /// Where one of the conditions of enter() holds: whether it is one for this event.
     void refuseToEnter(const Refusal& refusal, After after) const;
     [[noreturn]] static void refuseInSection(const Refusal& refusal);
     void checkPlaceOfElement(const Refusal& refusal) const;
+    bool hasExpandedNames(const ElementName& name) const noexcept {
+        return !announced_.empty() || !name.uri.empty() || !name.localName.empty();
+    }
+    // Inlined where an element is opened, so that what they find stays in registers.
+    [[gnu::always_inline]] inline bool isPlainTag(const ElementName& name, StrictAttributeList list,
+                                                  bool checksTypes, CheckedName& checked);
+    [[gnu::always_inline]] inline bool areAttributesPlain(StrictAttributeList list, bool isExpanded,
+                                                          bool checksTypes);
+    [[gnu::always_inline]] static inline bool isExpandedAs(const QualifiedName& name,
+                                                           const std::optional<Units>& bound, Units uri,
+                                                           Units localName) noexcept;
+    [[gnu::always_inline]] inline void push(const ElementName& name, const CheckedName& checked);
+    Bindings checkTag(const Refusal& refusal, const ElementName& name, StrictAttributeList list,
+                      bool checksTypes, CheckedName& checked);
     /// Takes the names apart, too.
     void checkAttributes(const Refusal& refusal, StrictAttributeList list);
     void checkDeclaredAttributes(const Refusal& refusal, Units element, StrictAttributeList list) const;

@@ -17,17 +17,17 @@ bool doesColonQualify(Units name, std::size_t colon) noexcept {
 
 } // namespace
 
-StrictNames::Known& StrictNames::keep(Known& place, Units name) noexcept {
-    const bool isTooLong = name.size() > place.units_.size();
-    Known& known = isTooLong ? tooLong_ : place;
-    // Of an attribute that gives way to another one nobody will know that it stood in this tag.
-    hasRepeated_ |= known.tag_ == tag_;
-    known.tag_ = isTooLong ? tag_ : 0;
-    known.colon_ = static_cast<std::size_t>(std::find(name.begin(), name.end(), ':') - name.begin());
-    known.qualifies_ = known.colon_ == name.size() || doesColonQualify(name, known.colon_);
+StrictNames::Known& StrictNames::keep(Units name) noexcept {
+    const bool isTooLong = name.size() > tooLong_.units_.size();
+    Known& known = isTooLong ? tooLong_ : placeOf(name);
+    hasForgotten_ = hasForgotten_ || isTooLong || known.tag_ == tag_;
+    known.tag_ = 0;
+    const auto colon = static_cast<std::size_t>(std::find(name.begin(), name.end(), ':') - name.begin());
+    known.colon_ = static_cast<std::uint32_t>(colon);
+    known.qualifies_ = colon == name.size() || doesColonQualify(name, colon);
     if (isTooLong)
         return known;
-    known.length_ = name.size();
+    known.length_ = static_cast<unsigned short>(name.size());
     std::copy(name.begin(), name.end(), known.units_.begin());
     return known;
 }

@@ -25,10 +25,10 @@ public:
         friend class StrictNames;
 
         std::uint64_t tag_ = 0; ///< the last start tag that it was an attribute of
-        std::size_t length_ = 0;
-        std::size_t colon_ = 0;
+        std::uint32_t colon_ = 0;
+        unsigned short length_ = 0;
         bool qualifies_ = false;
-        std::array<unsigned short, 28> units_;
+        std::array<unsigned short, 24> units_;
     };
 
     /// For another encoding.
@@ -37,36 +37,40 @@ public:
             known.length_ = 0;
     }
 
+    /// One that was found right before; null when it is not here.
+    Known* find(Units name) noexcept {
+        if (name.empty())
+            return nullptr;
+        Known& known = placeOf(name);
+        return isSame(Units(known.units_.data(), known.length_), name) ? &known : nullptr;
+    }
     /// Refuses what Refusal::unlessName does. What is returned holds until the next check.
     Known& check(const Refusal& refusal, Units name, const char* place) {
-        if (name.empty())
-            refusal.unlessName(name, place);
-        Known& known = placeOf(name);
-        if (!isSame(Units(known.units_.data(), known.length_), name)) {
-            refusal.unlessName(name, place);
-            return keep(known, name);
-        }
-        return known;
+        if (Known* const known = find(name))
+            return *known;
+        refusal.unlessName(name, place);
+        return keep(name);
     }
 
     void beginTag() noexcept {
         ++tag_;
-        hasRepeated_ = false;
+        hasForgotten_ = false;
     }
-    void addToTag(Known& attribute) noexcept { hasRepeated_ |= std::exchange(attribute.tag_, tag_) == tag_; }
-    /// Not for certain when it does: names that are not kept are not told apart.
-    bool mayTagRepeatAName() const noexcept { return hasRepeated_; }
+    /// False when an attribute with that name may be in the tag already: names that are not kept are not told apart.
+    bool addToTag(Known& attribute) noexcept {
+        return std::exchange(attribute.tag_, tag_) != tag_ && !hasForgotten_;
+    }
 
 private:
     Known& placeOf(Units name) noexcept {
-        const std::size_t ends =
-            name.front() + name[name.size() / 2] * std::size_t{5} + name.back() * std::size_t{17};
-        return known_[(ends + name.size() * 31) % known_.size()];
+        const std::size_t length = name.size();
+        const std::size_t ends = name.front() + std::size_t{17} * name.back();
+        return known_[(ends + std::size_t{5} * name[length / 2] + 3 * length) % known_.size()];
     }
-    Known& keep(Known& place, Units name) noexcept;
+    Known& keep(Units name) noexcept;
 
     std::uint64_t tag_ = 0;
-    bool hasRepeated_ = false;
+    bool hasForgotten_ = false; ///< a name that stood in this tag
     std::array<Known, 128> known_;
     Known tooLong_;
 };

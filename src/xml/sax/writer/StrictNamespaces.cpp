@@ -19,12 +19,7 @@ constexpr Units kXmlUri = unitsOf(kXmlUriLiteral), kXmlnsUri = unitsOf(kXmlnsUri
 
 } // namespace
 
-void StrictNamespaces::leave(std::size_t depth) noexcept {
-    while (!bindings_.empty() && bindings_.top().depth > depth)
-        bindings_.pop();
-}
-
-std::optional<Units> StrictNamespaces::uriOf(Units prefix) const {
+std::optional<Units> StrictNamespaces::boundTo(Units prefix) const {
     if (const Binding* const found = bindings_.find(prefix))
         return found->uri;
     if (isSame(prefix, kXml))

@@ -26,14 +26,21 @@ public:
 
     void bind(Binding binding) { bindings_.push(std::move(binding)); }
     /// Forgets what elements deeper than `depth` have brought.
-    void leave(std::size_t depth) noexcept;
+    void leave(std::size_t depth) noexcept {
+        while (!bindings_.empty() && bindings_.top().depth > depth)
+            bindings_.pop();
+    }
 
     /// Nothing when the prefix is not bound; the empty prefix always is, at first to "", and `xml` to its namespace.
-    std::optional<Units> uriOf(Units prefix) const;
+    std::optional<Units> uriOf(Units prefix) const {
+        return bindings_.empty() && prefix.empty() ? Units() : boundTo(prefix);
+    }
     /// The one that the element of that depth has brought itself; null when it has not.
     const Binding* broughtAt(std::size_t depth, Units prefix) const;
 
 private:
+    std::optional<Units> boundTo(Units prefix) const;
+
     PrefixStack<Binding> bindings_;
 };
 

@@ -70,6 +70,12 @@ public:
     [[noreturn]] void because(const char* reason, Units name) const;
     [[noreturn]] void character(char32_t c, const char* place) const;
 
+    /// Whether unlessText has nothing against it, and there is no surrogate nor anything behind these.
+    static bool isPlainText(Units units) noexcept {
+        namespace Kernels = Runtime::Kernels;
+        return Kernels::isShortAndPlain<kNotText>(units.data(), units.size())
+               || Kernels::firstToEscape(units.data(), units.size(), kNotText, 0) == units.size();
+    }
     /// Characters of XML, whatever the encoding: text that may hold character references.
     void unlessText(Units units, const char* place) const {
         if (!Runtime::Kernels::isShortAndPlain<kNotText>(units.data(), units.size()))

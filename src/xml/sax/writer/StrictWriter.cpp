@@ -114,8 +114,9 @@ void putTextInElementContent(const Refusal& refusal, const StrictText& text, Str
     text.ascii("]]>");
 }
 
-/// Text that is refused, in a section, in element content, or not written at all.
-void putUnusualText(const XmlWriter& writer, StrictDocument& document, const unsigned short* ch,
+/// Text that is refused, in a section, in element content, or not written at all. Kept apart, so that other text need not
+/// make room for what this one does.
+[[gnu::noinline]] void putUnusualText(const XmlWriter& writer, StrictDocument& document, const unsigned short* ch,
                     unsigned int start, unsigned int length) {
     const Refusal refusal = document.enter("characters", After::Layout);
     const Units units = textOf(refusal, ch, start, length);
@@ -194,9 +195,10 @@ void StrictWriter::endPrefixMapping(const XmlString& prefix) {
 void StrictWriter::startElement(const XmlString& uri, const XmlString& localName, const XmlString& qName,
                                 const Attributes& attributes) {
     const Refusal refusal = document_->enterMarkup("startElement", After::Mapping);
-    StrictAttributes fetched(document_->attributeRoom, attributes);
+    const StrictAttributes fetched(document_->attributeRoom, attributes);
     const StrictAttributeList list = fetched.list();
-    const auto added = document_->open(refusal, uri, localName, qName, list, !isCanonical());
+    const auto added =
+        document_->open(refusal, {unitsOf(uri), unitsOf(localName), unitsOf(qName)}, list, !isCanonical());
     if (document_->isSuppressed())
         return;
     writeText(*this, *document_, [&](const StrictText& text) {
@@ -216,7 +218,8 @@ void StrictWriter::startElement(const XmlString& uri, const XmlString& localName
 }
 
 void StrictWriter::endElement(const XmlString& uri, const XmlString& localName, const XmlString& qName) {
-    document_->close(document_->enterMarkup("endElement"), uri, localName, qName);
+    document_->close(document_->enterMarkup("endElement"),
+                     {unitsOf(uri), unitsOf(localName), unitsOf(qName)});
     if (document_->isSuppressed())
         return;
     writeText(*this, *document_, [&](const StrictText& text) { text.name("</", unitsOf(qName), ">"); });

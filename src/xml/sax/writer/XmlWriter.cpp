@@ -142,21 +142,28 @@ void putPublicIdOrSystem(EventOutput& out, const XmlString& publicId) {
     putIdentifierQuote(out, publicId);
 }
 
-/// Puts a space, the name of an attribute and `=`.
-void putAttributeName(EventOutput& out, Units name) {
+/// Puts a name with what stands before and behind it; without a name for a null string.
+void putName(EventOutput& out, std::string_view before, const XmlString& name, std::string_view after) {
+    if (!XmlStringReading::isNull(name))
+        return out.put(before, unitsOf(name), after);
+    out.put(before);
+    for (const char c : after)
+        out.put(c);
+}
+
+/// Puts a space, the name of an attribute and what stands behind it.
+void putAttributeName(EventOutput& out, Units name, std::string_view after) {
     if (name.empty())
         IllegalArgumentException::doThrow(viewOn(kNoXmlName));
-    out.put(' ');
-    out.put(name);
-    out.put('=');
+    out.put(" ", name, after);
 }
 
 void putAttributes(EventOutput& out, const AttributeUnits& list) {
     AttributeUnits::Entry attribute;
     for (unsigned int i = 0; i < list.length(); ++i) {
         list.read(i, attribute);
-        putAttributeName(out, attribute.qName);
-        putQuoted(out, attribute.value, XmlWriter::AttributeValue);
+        putAttributeName(out, attribute.qName, "=\"");
+        putQuotedRest(out, attribute.value, XmlWriter::AttributeValue);
     }
 }
 
@@ -174,15 +181,14 @@ void putAttributes(EventOutput& out, const Attributes& list) {
                                  out, [&] { return list.getLength(); });
          ++i) {
         const XmlString name = asked(out, [&] { return list.getQName(i); });
-        putAttributeName(out, unitsOf(name));
+        putAttributeName(out, unitsOf(name), "=");
         const XmlString value = asked(out, [&] { return list.getValue(i); });
         putQuoted(out, unitsOf(value), XmlWriter::AttributeValue);
     }
 }
 
 void putStartTag(EventOutput& out, const XmlString& qName, const Attributes& attributes) {
-    out.put('<');
-    out.put(qName);
+    putName(out, "<", qName, "");
     const AttributesReading reading(attributes);
     if (reading.units() != nullptr)
         putAttributes(out, *reading.units());
@@ -352,11 +358,7 @@ void XmlWriter::startElement(const XmlString&, const XmlString&, const XmlString
 }
 
 void XmlWriter::endElement(const XmlString&, const XmlString&, const XmlString& qName) {
-    asEvent(*this, [&](EventOutput& out) {
-        out.put("</");
-        out.put(qName);
-        out.put('>');
-    });
+    asEvent(*this, [&](EventOutput& out) { putName(out, "</", qName, ">"); });
 }
 
 void XmlWriter::characters(const unsigned short* ch, unsigned int start, unsigned int length) {

@@ -242,7 +242,7 @@ TEST_F(XmlWriterModelTest, QuotedValuesAreThoseOfTheModel) {
 }
 
 template <class List>
-List listOf(const std::vector<std::pair<XmlString, XmlString>>& entries) {
+List attributesFrom(const std::vector<std::pair<XmlString, XmlString>>& entries) {
     List list;
     for (const auto& [name, value] : entries)
         list.addAttribute(XmlString(), name, name, XmlString(), value);
@@ -273,8 +273,8 @@ TEST_F(XmlWriterModelTest, StartTagsAreThoseOfTheModel) {
             entryName = randomString(false);
             value = randomString(false);
         }
-        const auto plain = listOf<AttributesImpl>(entries);
-        const auto flagged = listOf<Attributes2Impl>(entries);
+        const auto plain = attributesFrom<AttributesImpl>(entries);
+        const auto flagged = attributesFrom<Attributes2Impl>(entries);
         const StreamCase c = randomStream(true);
         compare(c, [&](auto& writer, auto&) { writer.writeStartTag(name, plain); });
         compare(c, [&](auto& writer, auto&) { writer.writeStartTag(name, flagged); });
