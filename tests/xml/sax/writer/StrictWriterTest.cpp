@@ -828,6 +828,81 @@ TEST_F(StrictWriterTest, AForeignListMayCallTheWriterThatAsksIt) {
     EXPECT_EQ("<root>" + inner + inner + inner + "<e a=\"a\" b=\"b\" c=\"c\">", d.body());
 }
 
+class ThrowingAttributes : public CopiedAttributes {
+public:
+    using CopiedAttributes::CopiedAttributes;
+    XmlString getValue(unsigned int) const override { throw SaxException(text(u"no value")); }
+};
+
+TEST_F(StrictWriterTest, AForeignListThatThrowsCostsTheNextOneNothing) {
+    Nowhere nowhere;
+    std::ostream out(&nowhere);
+    StrictWriter writer(out);
+    const XmlString none, name = text(u"e");
+    AttributesImpl list;
+    list.addAttribute(none, name, name, text(u"CDATA"), text(u"1"));
+    const CopiedAttributes copied(list);
+    const auto element = [&] {
+        writer.startElement(none, name, name, copied);
+        writer.endElement(none, name, name);
+    };
+    writer.startDocument();
+    writer.startElement(none, name, name, AttributesImpl());
+    element();
+    EXPECT_THROW(writer.startElement(none, name, name, ThrowingAttributes(list)), SaxException);
+    const std::size_t ofHost = Testing::hostMemory().requests(), ofNew = Testing::newMemory().requests();
+    element();
+    EXPECT_EQ(ofHost, Testing::hostMemory().requests());
+    EXPECT_EQ(ofNew, Testing::newMemory().requests());
+}
+
+/// A stream buffer that has room for a few bytes at a time.
+class SmallPutArea : public std::streambuf {
+public:
+    explicit SmallPutArea(std::size_t size) : area_(size) { setp(area_.data(), area_.data() + size); }
+
+    std::string written() const { return taken_ + std::string(pbase(), pptr()); }
+
+protected:
+    int_type overflow(int_type c) override {
+        taken_ += std::string(pbase(), pptr());
+        setp(area_.data(), area_.data() + area_.size());
+        return traits_type::eq_int_type(c, traits_type::eof()) ? traits_type::not_eof(c)
+                                                               : sputc(traits_type::to_char_type(c));
+    }
+
+private:
+    std::vector<char> area_;
+    std::string taken_;
+};
+
+TEST_F(StrictWriterTest, TheSizeOfThePutAreaMakesNoDifference) {
+    const XmlString none, name = text(u"name"),
+                          content = text(u"x < y, caf\u00E9 and a few words more than go there");
+    AttributesImpl list;
+    list.addAttribute(none, text(u"attribute"), text(u"attribute"), text(u"CDATA"), text(u"a \"value\""));
+    list.addAttribute(none, text(u"b"), text(u"b"), text(u"CDATA"), text(u"1"));
+    for (std::size_t size = 1; size <= 80; ++size) {
+        SmallPutArea strictArea(size), plainArea(size);
+        std::ostream strictOut(&strictArea), plainOut(&plainArea);
+        StrictWriter strict(strictOut);
+        XmlWriter plain(plainOut);
+        for (XmlWriter* writer : {static_cast<XmlWriter*>(&strict), &plain}) {
+            writer->setEncoding("US-ASCII"); // has no declaration
+            writer->startDocument();
+            writer->startElement(none, name, name, list);
+            writer->characters(content.data(), 0, content.size());
+            writer->characters(name.data(), 0, name.size());
+            writer->endElement(none, name, name);
+            writer->endDocument();
+        }
+        const std::string tag = "<name attribute=\"a &quot;value&quot;\" b=\"1\">x &lt; y, caf",
+                          rest = " and a few words more than go therename</name>\n\n";
+        ASSERT_EQ(tag + "&#xE9;" + rest, strictArea.written()) << size;
+        ASSERT_EQ(tag + "&;" + rest, plainArea.written()) << size;
+    }
+}
+
 TEST_F(StrictWriterTest, EndsAreComparedWithTheNamesThatTheirElementsHave) {
     Driver d;
     d.document().map(u"p", u"urn:p").start(u"urn:p", u"a", u"p:a");
