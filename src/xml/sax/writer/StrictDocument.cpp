@@ -116,7 +116,7 @@ bool StrictDocument::areAttributesPlain(StrictAttributeList list, bool isExpande
 /// Whether a tag is of the kind that most are: its names are known, it brings no namespace, and nothing can be said
 /// against it. Any other is looked at step by step.
 bool StrictDocument::isPlainTag(const ElementName& name, StrictAttributeList list, bool checksTypes,
-                                CheckedName& checked) {
+                                OpenElement& element) {
     const bool isExpanded = hasExpandedNames(name);
     if (!announced_.empty() || (depth() != 0 && isExpanded != hasExpandedNames_))
         return false;
@@ -128,16 +128,16 @@ bool StrictDocument::isPlainTag(const ElementName& name, StrictAttributeList lis
         const std::optional<Units> bound = namespaces_.uriOf(parts.prefix);
         if (!isExpandedAs(parts, bound, name.uri, name.localName))
             return false;
-        checked.uri = *bound;
-        checked.localNameLength = static_cast<std::uint32_t>(parts.localName.size());
-        checked.isChecked = true;
+        element.uri = *bound;
+        element.localNameLength = static_cast<std::uint32_t>(parts.localName.size());
+        element.hasCheckedName = true;
     }
     return list.empty() || areAttributesPlain(list, isExpanded, checksTypes);
 }
 
 StrictDocument::Bindings StrictDocument::checkTag(const Refusal& refusal, const ElementName& name,
                                                   StrictAttributeList list, bool checksTypes,
-                                                  CheckedName& checked) {
+                                                  OpenElement& element) {
     const bool isExpanded = hasExpandedNames(name);
     const QualifiedName parts = names_.check(refusal, name.qName, kElementName).parts(name.qName);
     if (depth() != 0 && isExpanded != hasExpandedNames_)
@@ -149,9 +149,9 @@ StrictDocument::Bindings StrictDocument::checkTag(const Refusal& refusal, const 
         return Bindings();
     try {
         Bindings added = bindNamespaces(refusal, list);
-        checked.uri = checkExpandedName(refusal, name.uri, name.localName, name.qName, parts, false);
-        checked.localNameLength = static_cast<std::uint32_t>(parts.localName.size());
-        checked.isChecked = true;
+        element.uri = checkExpandedName(refusal, name.uri, name.localName, name.qName, parts, false);
+        element.localNameLength = static_cast<std::uint32_t>(parts.localName.size());
+        element.hasCheckedName = true;
         checkExpandedNames(refusal, list);
         return added;
     } catch (...) {
@@ -160,13 +160,11 @@ StrictDocument::Bindings StrictDocument::checkTag(const Refusal& refusal, const 
     }
 }
 
-void StrictDocument::push(const ElementName& name, const CheckedName& checked) {
+void StrictDocument::push(const ElementName& name, const OpenElement& element) {
     if (depth() == 0)
         hasExpandedNames_ = hasExpandedNames(name);
-    OpenElement& element = elements_.emplace_back();
-    element.nameStart = openNames_.size();
-    element.holdsElementsOnly = doctype.holdsElementsOnly(name.qName);
-    element.name = checked;
+    elements_.push_back({openNames_.size(), element.uri, element.localNameLength, element.hasCheckedName,
+                         doctype.holdsElementsOnly(name.qName)});
     openNames_.insert(openNames_.end(), name.qName.begin(), name.qName.end());
     if (announced_.empty())
         return;
@@ -179,13 +177,13 @@ StrictDocument::Bindings StrictDocument::open(const Refusal& refusal, const Elem
                                               StrictAttributeList list, bool checksTypes) {
     checkPlaceOfElement(refusal);
     Bindings added;
-    CheckedName checked; // stays in registers, so nobody else gets its address
-    if (!isSuppressed() && !isPlainTag(name, list, checksTypes, checked)) {
-        CheckedName result;
-        added = checkTag(refusal, name, list, checksTypes, result);
-        checked = result;
+    OpenElement element; // stays in registers, so nobody else gets its address
+    if (!isSuppressed() && !isPlainTag(name, list, checksTypes, element)) {
+        OpenElement checked;
+        added = checkTag(refusal, name, list, checksTypes, checked);
+        element = checked;
     }
-    push(name, checked);
+    push(name, element);
     place = Place::Root;
     return added;
 }
@@ -306,8 +304,8 @@ Units StrictDocument::checkExpandedName(const Refusal& refusal, Units uri, Units
 
 /// Whether the innermost element was opened with the same expanded name, which was right and so still is.
 bool StrictDocument::isAsOpened(const ElementName& name) const noexcept {
-    const CheckedName& opened = elements_.back().name;
-    return opened.isChecked && isSame(opened.uri, name.uri)
+    const OpenElement& opened = elements_.back();
+    return opened.hasCheckedName && isSame(opened.uri, name.uri)
            && isSame(innermostName().last(opened.localNameLength), name.localName);
 }
 

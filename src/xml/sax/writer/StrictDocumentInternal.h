@@ -96,16 +96,12 @@ private:
 
     using ExpandedName = std::pair<Units, Units>; ///< namespace, local name
 
-    /// What was found right of an expanded name when its element was opened.
-    struct CheckedName {
+    struct OpenElement {
+        std::size_t nameStart = 0;
         Units uri;                         ///< of a binding that lasts as long as the element
         std::uint32_t localNameLength = 0; ///< at the end of the name
-        bool isChecked = false;
-    };
-    struct OpenElement {
-        std::size_t nameStart;
-        CheckedName name;
-        bool holdsElementsOnly;
+        bool hasCheckedName = false;       ///< whether these two were found right when the element was opened
+        bool holdsElementsOnly = false;
     };
 
     std::size_t depth() const noexcept { return elements_.size(); }
@@ -122,15 +118,15 @@ private:
     }
     // Inlined where an element is opened, so that what they find stays in registers.
     [[gnu::always_inline]] inline bool isPlainTag(const ElementName& name, StrictAttributeList list,
-                                                  bool checksTypes, CheckedName& checked);
+                                                  bool checksTypes, OpenElement& element);
     [[gnu::always_inline]] inline bool areAttributesPlain(StrictAttributeList list, bool isExpanded,
                                                           bool checksTypes);
     [[gnu::always_inline]] static inline bool isExpandedAs(const QualifiedName& name,
                                                            const std::optional<Units>& bound, Units uri,
                                                            Units localName) noexcept;
-    [[gnu::always_inline]] inline void push(const ElementName& name, const CheckedName& checked);
+    [[gnu::always_inline]] inline void push(const ElementName& name, const OpenElement& element);
     Bindings checkTag(const Refusal& refusal, const ElementName& name, StrictAttributeList list,
-                      bool checksTypes, CheckedName& checked);
+                      bool checksTypes, OpenElement& element);
     /// Takes the names apart, too.
     void checkAttributes(const Refusal& refusal, StrictAttributeList list);
     void checkDeclaredAttributes(const Refusal& refusal, Units element, StrictAttributeList list) const;
