@@ -17,9 +17,14 @@ bool doesColonQualify(Units name, std::size_t colon) noexcept {
 
 } // namespace
 
+StrictNames::Known& StrictNames::nextOf(Pair& pair) noexcept {
+    const bool isSecond = std::exchange(pair.isSecondNext, !pair.isSecondNext);
+    return isSecond ? pair.second : pair.first;
+}
+
 StrictNames::Known& StrictNames::keep(Units name) noexcept {
     const bool isTooLong = name.size() > tooLong_.units_.size();
-    Known& known = isTooLong ? tooLong_ : placeOf(name);
+    Known& known = isTooLong ? tooLong_ : nextOf(pairOf(name));
     hasForgotten_ = hasForgotten_ || isTooLong || known.tag_ == tag_;
     known.tag_ = 0;
     const auto colon = static_cast<std::size_t>(std::find(name.begin(), name.end(), ':') - name.begin());

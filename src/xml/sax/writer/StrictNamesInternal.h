@@ -14,7 +14,7 @@ namespace Quillon::Xml::Sax {
 /// Checks the names of elements and attributes, and keeps some of those that it found right: one that comes again is
 /// only compared. The units decide, not the string that they come in.
 ///
-///     name -> the one place that its ends and length lead to -> the same name: known; another: checked, and put there
+///     name -> the two places that its units lead to -> in one of them: known; else checked, and put in one of them
 class StrictNames {
 public:
     class Known {
@@ -23,6 +23,8 @@ public:
 
     private:
         friend class StrictNames;
+
+        bool is(Units name) const noexcept { return isSame(Units(units_.data(), length_), name); }
 
         std::uint64_t tag_ = 0; ///< the last start tag that it was an attribute of
         std::uint32_t colon_ = 0;
@@ -33,16 +35,18 @@ public:
 
     /// For another encoding.
     void clear() noexcept {
-        for (Known& known : known_)
-            known.length_ = 0;
+        for (Pair& pair : pairs_)
+            pair.first.length_ = pair.second.length_ = 0;
     }
 
     /// One that was found right before; null when it is not here.
     Known* find(Units name) noexcept {
         if (name.empty())
             return nullptr;
-        Known& known = placeOf(name);
-        return isSame(Units(known.units_.data(), known.length_), name) ? &known : nullptr;
+        Pair& pair = pairOf(name);
+        if (pair.first.is(name))
+            return &pair.first;
+        return pair.second.is(name) ? &pair.second : nullptr;
     }
     /// Refuses what Refusal::unlessName does. What is returned holds until the next check.
     Known& check(const Refusal& refusal, Units name, const char* place) {
@@ -62,16 +66,23 @@ public:
     }
 
 private:
-    Known& placeOf(Units name) noexcept {
-        const std::size_t length = name.size();
-        const std::size_t ends = name.front() + std::size_t{17} * name.back();
-        return known_[(ends + std::size_t{5} * name[length / 2] + 3 * length) % known_.size()];
+    struct Pair {
+        Known first, second;
+        bool isSecondNext = false;
+    };
+
+    /// The upper bits of products with odd factors: they depend on all that is looked at.
+    Pair& pairOf(Units name) noexcept {
+        const std::uint32_t ends = name.front() | std::uint32_t{name.back()} << 16;
+        const auto rest = static_cast<std::uint32_t>(name[name.size() / 2] + name.size() * 97);
+        return pairs_[(ends * 0x9E3779B1u ^ rest * 0x85EBCA6Bu) >> 26];
     }
+    static Known& nextOf(Pair& pair) noexcept;
     Known& keep(Units name) noexcept;
 
     std::uint64_t tag_ = 0;
     bool hasForgotten_ = false; ///< a name that stood in this tag
-    std::array<Known, 128> known_;
+    std::array<Pair, 64> pairs_;
     Known tooLong_;
 };
 
