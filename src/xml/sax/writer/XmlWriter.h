@@ -55,9 +55,9 @@ namespace Quillon::Xml::Sax {
 ///            else, an illegal character and exhausted memory included, goes to the host's `unexpected`, which ends
 ///            the process. What was written before a throw stays in the stream.
 /// Cost:      an operation converts short text into the room that the stream's buffer has, any other into 4 KiB on the
-///            stack, which it inserts at its end, or whenever they are full; nothing is allocated. Each fragment by itself is one conversion (one block of
-///            the host's allocator, freed at once) and one insertion in any other encoding, with a field width, and for a
-///            stream that is tied, not buffered, or throws for failbit.
+///            stack, which it inserts at its end, or whenever they are full; nothing is allocated. Each fragment by
+///            itself is one conversion (one block of the host's allocator, freed at once) and one insertion in any other
+///            encoding, with a field width, and for a stream that is tied, not buffered, or throws for failbit.
 class ZUTARNEX_API XmlWriter : public ContentHandler,
                                public LexicalHandler,
                                public DTDHandler,
