@@ -86,9 +86,10 @@ inline unsigned int stopsIn(__m128i bytes) noexcept {
     const __m128i isKept =
         areUnit<kKept('\t')>(bytes) | areUnit<kKept('\n')>(bytes) | areUnit<kKept('\r')>(bytes);
     constexpr auto kBehindControls = [](unsigned int mark) { return mark < set.controlLimit ? 0 : mark; };
-    const __m128i isMark = [&]<std::size_t... i>(std::index_sequence<i...>) {
+    const auto areMarks = [&]<std::size_t... i>(std::index_sequence<i...>) {
         return (areUnit<kBehindControls(set.marks[i])>(bytes) | ...);
-    }(std::make_index_sequence<EscapeSet::Marks().size()>());
+    };
+    const __m128i isMark = areMarks(std::make_index_sequence<EscapeSet::Marks().size()>());
     // With a sign, the bytes from 0x80 are the lowest.
     const __m128i isLow = _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(set.controlLimit)));
     return static_cast<unsigned int>(_mm_movemask_epi8(_mm_andnot_si128(isKept, isLow) | isMark));

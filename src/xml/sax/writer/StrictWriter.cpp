@@ -116,8 +116,8 @@ void putTextInElementContent(const Refusal& refusal, const StrictText& text, Str
 
 /// Text that is refused, in a section, in element content, or not written at all. Kept apart, so that other text need not
 /// make room for what this one does.
-[[gnu::noinline]] void putUnusualText(const XmlWriter& writer, StrictDocument& document, const unsigned short* ch,
-                    unsigned int start, unsigned int length) {
+[[gnu::noinline]] void putUnusualText(const XmlWriter& writer, StrictDocument& document,
+                                      const unsigned short* ch, unsigned int start, unsigned int length) {
     const Refusal refusal = document.enter("characters", After::Layout);
     const Units units = textOf(refusal, ch, start, length);
     refusal.unlessText(units, "text");
