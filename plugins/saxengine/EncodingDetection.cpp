@@ -2,8 +2,11 @@
 
 #include "Text.h"
 #include "runtime/StreamDecoder.h"
+#include "runtime/Transcoding.h"
 #include "xml/Utf16LiteralInternal.h"
 
+#include <algorithm>
+#include <array>
 #include <initializer_list>
 
 namespace Quillon::SaxEngine {
@@ -355,6 +358,32 @@ void keepDoubleMark(Encoding& encoding, std::string_view head) {
         encoding.markLength = 0;
 }
 
+/// The first two bytes that Expat gets of text in UTF-16 or widened to it.
+std::array<unsigned char, 2> firstBytes(const Encoding& encoding, std::string_view head) {
+    const std::string_view text = head.substr(std::min<std::size_t>(encoding.markLength, head.size()), 4);
+    XML_Char units[4] = {u'<'};
+    if (encoding.isWidened) {
+        Runtime::wellFormedUtf8ToUtf16(text.data(), text.size(), units);
+        return {static_cast<unsigned char>(units[0] & 0xFF), static_cast<unsigned char>(units[0] >> 8)};
+    }
+    if (text.size() < 2)
+        return {'<', 0};
+    return {static_cast<unsigned char>(text[0]), static_cast<unsigned char>(text[1])};
+}
+
+/// As the first character of the text, one whose bytes Expat takes for a mark or for another encoding, whatever it was
+/// told. No document begins with such a one; in content only the first kind is not allowed, and leads astray.
+void refuseMisleadingStart(Encoding& encoding, std::string_view head, bool isContent) {
+    const auto [first, second] = firstBytes(encoding, head);
+    const unsigned int low = encoding.isBigEndian ? second : first,
+                       high = encoding.isBigEndian ? first : second;
+    const bool beginsMarkOfUtf8 = first == 0xEF && second == 0xBB;
+    if (low == 0xFE && high == 0xFF)
+        encoding.fault = "the character U+FFFE is not allowed";
+    else if (!isContent && (low == 0 || beginsMarkOfUtf8))
+        encoding.fault = "not well-formed";
+}
+
 } // namespace
 
 bool isEnoughToDetect(std::string_view head, const std::string& external, bool isContent) {
@@ -380,6 +409,8 @@ Encoding detectEncoding(std::string_view head, const std::string& external, bool
         readAsUtf16(encoding, false);
         encoding.isWidened = true;
     }
+    if (encoding.isUtf16 && encoding.fault.empty())
+        refuseMisleadingStart(encoding, head, isContent);
     return encoding;
 }
 

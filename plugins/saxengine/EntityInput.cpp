@@ -14,7 +14,6 @@ namespace {
 
 constexpr unsigned int kRawSize = 8 * 1024;
 constexpr XML_Char kNoCharacter = 0xFFFF;
-constexpr XML_Char kSwappedMark = 0xFFFE; ///< Expat would take it for a byte order mark, at the beginning
 
 unsigned int unitAt(const char* bytes, bool bigEndian) {
     const unsigned int first = static_cast<unsigned char>(bytes[0]),
@@ -179,15 +178,10 @@ std::size_t EntityInput::widen(XML_Char* units, bool isLast) {
     const std::size_t held = !isLast && raw_[rawFilled_ - 1] == '\r' ? 1 : 0;
     const auto beginning = Runtime::wellFormedUtf8ToUtf16(raw_.data(), rawFilled_ - held, units);
     std::size_t unitCount = beginning.unitCount;
-    const bool isFirst = !std::exchange(markLookedFor_, markLookedFor_ || unitCount != 0);
-    if (isFirst && unitCount != 0 && units[0] == kSwappedMark) {
-        unitCount = 0;
-        unwidened_ = "the character U+FFFE is not allowed";
-    } else if (beginning.isIllFormed) {
+    if (beginning.isIllFormed)
         unwidened_ = "bytes that are ill-formed in the encoding \"" + encoding_.name + "\"";
-    } else if (isLast && beginning.byteCount != rawFilled_) {
+    else if (isLast && beginning.byteCount != rawFilled_)
         unwidened_ = "the input ends inside a character of the encoding \"" + encoding_.name + "\"";
-    }
     if (!unwidened_.empty())
         units[unitCount++] = kNoCharacter;
     std::memmove(raw_.data(), raw_.data() + beginning.byteCount, rawFilled_ - beginning.byteCount);
@@ -214,6 +208,8 @@ EntityInput::Chunk EntityInput::fillRecoded(char* buffer) {
         count += decode(buffer + count, kChunkSize - count);
     }
     count = withoutMark(buffer, count);
+    if (!std::exchange(startLookedAt_, startLookedAt_ || count > 1))
+        count = withoutZero(buffer, count);
     const unsigned int held = isLast || !fault_.message.empty() ? 0 : heldBack(buffer, count);
     std::memcpy(carry_, buffer + count - held, held);
     carried_ = held;
@@ -254,6 +250,16 @@ unsigned int EntityInput::finishDecoding(char* buffer, unsigned int capacity) {
     std::size_t outLeft = capacity;
     decoder_.decode(&in, &inLeft, &out, &outLeft);
     return static_cast<unsigned int>(out - buffer);
+}
+
+/// What comes before a zero byte among the first two, which Expat would take for half of a character in UTF-16.
+unsigned int EntityInput::withoutZero(const char* buffer, unsigned int byteCount) {
+    const char* const end = buffer + std::min(byteCount, 2u);
+    const char* const zero = std::find(buffer, end, '\0');
+    if (zero == end)
+        return byteCount;
+    fail("the character U+0000 is not allowed");
+    return static_cast<unsigned int>(zero - buffer);
 }
 
 /// A mark that only shows once it is recoded (GB18030 has one).

@@ -66,6 +66,7 @@ private:
     Chunk fillRecoded(char* buffer);
     unsigned int decode(char* buffer, unsigned int capacity);
     unsigned int finishDecoding(char* buffer, unsigned int capacity);
+    unsigned int withoutZero(const char* buffer, unsigned int byteCount);
     unsigned int withoutMark(char* buffer, unsigned int byteCount);
     unsigned int heldBack(const char* buffer, unsigned int byteCount) const;
     unsigned int checkUnits(const char* buffer, unsigned int byteCount);
@@ -79,7 +80,8 @@ private:
     Runtime::StreamDecoder decoder_;
     std::vector<char> raw_; ///< what waits to be widened or decoded
     std::size_t rawUsed_ = 0, rawFilled_ = 0;
-    bool markLookedFor_ = false; ///< in what was widened or decoded
+    bool markLookedFor_ = false; ///< in the decoder's output
+    bool startLookedAt_ = false; ///< of the same
     char carry_[4];              ///< the end of the last chunk, held back
     unsigned int carried_ = 0;
     TextPosition position_; ///< of what was delivered; only followed where Fault needs it
